@@ -1,0 +1,252 @@
+// The conversion run: entry points, converter set-up and teardown, the log file.
+#include "convert/FltToInventor.h"
+
+#include <Inventor/SoDB.h>
+#include <Inventor/nodes/SoDrawStyle.h>
+#include <Inventor/nodes/SoLabel.h>
+#include <Inventor/nodes/SoMaterial.h>
+#include <Inventor/nodes/SoSeparator.h>
+#include <Inventor/nodes/SoTexture2.h>
+#include <Inventor/nodes/SoVertexProperty.h>
+
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include "diagnostics/FltWarningMessageConsole.h"
+#include "reader/FltCreationVisitor.h"
+#include "reader/FltFileInput.h"
+#include "reader/FltParser.h"
+#include "reader/FltRecord.h"
+
+namespace {
+
+const char* const kVertexPropertyNames[4] = {"vertexColorProperty", "vertexColorNormalProperty",
+                                             "vertexColorUVProperty", "vertexColorNormalUVProperty"};
+constexpr int32_t kInitialVertexCapacity = 100000;
+
+// Frees a node that no part of the graph took up, and leaves the others to the graph.
+void releaseIfUnused(SoNode* node)
+{
+    if (!node) return;
+    node->ref();
+    node->unref();
+}
+
+}  // namespace
+
+const char* FltToInventor::getProductNameString() { return "Skerrymoor"; }
+
+const char* FltToInventor::getVersionString() { return "8.6.3"; }
+
+SoSeparator* FltToInventor::convertFromFile(const char* path)
+{
+    if (!path || !*path) return nullptr;
+    if (!SoDB::isInitialized()) SoDB::init();
+
+    SoSeparator* root = nullptr;
+    try {
+        FltFileInput fileInput(path);
+        FltToInventor converter;
+        converter.setFltInputToconvert(&fileInput);
+        const std::string logName = std::string(path) + ".log";
+        converter.enableFileLogging(logName.c_str());
+        root = new SoSeparator;
+        root->ref();
+        converter.setResult(root);
+        try {
+            converter.convert();
+        } catch (const std::exception& e) {
+            FltWarningMessageConsole::notifyMessage(
+                std::string("ERROR ! Conversion stopped: ") + e.what() + " (the scene holds what was built before)", 3,
+                true);
+        }
+        // The header visit keeps one reference that is never given back: a converted root
+        // reaches the caller with a count of 1, a root refused before the walk with 0.
+        root->unrefNoDelete();
+    } catch (const std::exception& e) {
+        FltWarningMessageConsole::notifyMessage(std::string("ERROR ! Conversion failed: ") + e.what(), 3, true);
+        if (root) root->unrefNoDelete();
+    } catch (...) {
+        FltWarningMessageConsole::notifyMessage("ERROR ! Conversion failed", 3, true);
+        if (root) root->unrefNoDelete();
+    }
+    return root;
+}
+
+FltToInventor::FltToInventor()
+{
+    if (!SoDB::isInitialized()) SoDB::init();
+    init();
+}
+
+void FltToInventor::init()
+{
+    allFltRecordsVisited = false;
+    vertexPaletteFlushed = false;
+
+    if (paletteMaterial) paletteMaterial->unref();
+    paletteMaterial = new SoMaterial;
+    paletteMaterial->ref();
+
+    for (int i = 0; i < 4; ++i) {
+        SharedVertexProperty& shared = sharedProperties[i];
+        if (shared.property) shared.property->unref();
+        shared = SharedVertexProperty();
+        shared.property = new SoVertexProperty;
+        shared.property->ref();
+        shared.property->setName(kVertexPropertyNames[i]);
+        shared.capacity = kInitialVertexCapacity;
+        const int id = i + 1;
+        const bool hasNormal = id == VERTEX_COLOR_NORMAL_PROPERTY_ID || id == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID;
+        const bool hasTexCoord = id == VERTEX_COLOR_UV_PROPERTY_ID || id == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID;
+        shared.property->vertex.setNum(kInitialVertexCapacity);
+        shared.vertexCursor = shared.property->vertex.startEditing();
+        shared.property->vertex.finishEditing();
+        shared.property->orderedRGBA.setNum(kInitialVertexCapacity);
+        shared.colorCursor = shared.property->orderedRGBA.startEditing();
+        shared.property->orderedRGBA.finishEditing();
+        if (hasNormal) {
+            shared.property->normal.setNum(kInitialVertexCapacity);
+            shared.normalCursor = shared.property->normal.startEditing();
+            shared.property->normal.finishEditing();
+        }
+        if (hasTexCoord) {
+            shared.property->texCoord.setNum(kInitialVertexCapacity);
+            shared.texCoordCursor = shared.property->texCoord.startEditing();
+            shared.property->texCoord.finishEditing();
+        }
+    }
+    currentPaletteOffset = 8;
+
+    if (minRangeLimitLabel) minRangeLimitLabel->unref();
+    minRangeLimitLabel = new SoLabel;
+    minRangeLimitLabel->ref();
+    minRangeLimitLabel->label.setValue("MinRangeLimitForLOD");
+    if (maxRangeLimitLabel) maxRangeLimitLabel->unref();
+    maxRangeLimitLabel = new SoLabel;
+    maxRangeLimitLabel->ref();
+    maxRangeLimitLabel->label.setValue("MaxRangeLimitForLOD");
+}
+
+FltToInventor::~FltToInventor()
+{
+    // Records left by a conversion that stopped before its walk are freed here.
+    destroyAllFltRecords();
+    deleteCurrentFltParser();
+    if (fileLogging) disableFileLogging();
+
+    for (auto& entry : indexToNode) releaseIfUnused(entry.second);
+    for (auto& entry : textures) releaseIfUnused(entry.second);
+    for (auto& entry : lineStyles) releaseIfUnused(entry.second);
+    for (auto& entry : instances) releaseIfUnused(entry.second);
+
+    if (minRangeLimitLabel) minRangeLimitLabel->unref();
+    if (maxRangeLimitLabel) maxRangeLimitLabel->unref();
+    if (paletteMaterial) paletteMaterial->unref();
+    for (SharedVertexProperty& shared : sharedProperties)
+        if (shared.property) shared.property->unref();
+}
+
+void FltToInventor::update(const FltRecord*) {}
+
+void FltToInventor::setResult(SoSeparator* root) { result = root ? root : new SoSeparator; }
+
+SoSeparator* FltToInventor::getResult() const { return result; }
+
+void FltToInventor::setFltParser(FltParser* parser)
+{
+    fltParser = parser;
+    if (parser) parser->attachFltObserver(this);
+}
+
+void FltToInventor::deleteCurrentFltParser()
+{
+    if (parserCreatedByConverter && fltParser) {
+        destroyAllFltRecords();
+        delete fltParser;
+        fltParser = nullptr;
+        parserCreatedByConverter = false;
+    }
+}
+
+void FltToInventor::setFltInputToconvert(FltInput* input)
+{
+    deleteCurrentFltParser();
+    // The input stays the caller's: the converter lends it to the parser.
+    fltParser = new FltParser(input, false);
+    parserCreatedByConverter = true;
+}
+
+bool FltToInventor::isAllFltRecordsVisited() const { return allFltRecordsVisited; }
+
+int FltToInventor::getFormatRevision() const
+{
+    return fltParser && fltParser->creationVisitor ? fltParser->creationVisitor->formatRevision : 0;
+}
+
+int FltToInventor::convert()
+{
+    if (!result) result = new SoSeparator;
+    if (!fltParser) {
+        FltWarningMessageConsole::notifyMessage("ERROR ! The field fltParser is NULL", 3, true);
+        return 1;
+    }
+    if (!fltParser->getInput() || !fltParser->getInput()->isInFlowCreated()) {
+        FltWarningMessageConsole::notifyMessage("ERROR ! FltParser has no INPUT !", 3, true);
+        return 1;
+    }
+    if (fltParser->run() == 1) return 1;
+    if (getFormatRevision() <= 10) {
+        FltWarningMessageConsole::notifyMessage("ERROR ! Openflight Format Revision not supported !", 3, true);
+        return 1;
+    }
+    visitAllFltRecords();
+    destroyAllFltRecords();
+    return 0;
+}
+
+void FltToInventor::destroyAllFltRecords()
+{
+    if (!fltParser) return;
+    for (FltRecord* record : fltParser->records) delete record;
+    // Cleared, so that nothing can reach a destroyed record through the parser.
+    fltParser->records.clear();
+}
+
+void FltToInventor::enableFileLogging(const char* fileName)
+{
+    if (fileLogging) disableFileLogging();
+    logStream = new std::ofstream(fileName ? fileName : "", std::ios::out | std::ios::trunc);
+    savedStandardOutput = std::cout.rdbuf(logStream->rdbuf());
+    fileLogging = true;
+}
+
+void FltToInventor::disableFileLogging()
+{
+    if (!fileLogging) return;
+    std::cout.flush();
+    if (!logStream->rdbuf()->close()) logStream->setstate(std::ios::failbit);
+    // Standard output goes back to where it went before the conversion.
+    std::cout.rdbuf(savedStandardOutput);
+    savedStandardOutput = nullptr;
+    delete logStream;
+    logStream = nullptr;
+    fileLogging = false;
+}
+
+extern "C" {
+
+SoSeparator* convertFrom(const char* path)
+{
+    try {
+        return FltToInventor::convertFromFile(path);
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+const char* getProductName() { return FltToInventor::getProductNameString(); }
+
+const char* getVersion() { return FltToInventor::getVersionString(); }
+}

@@ -1,0 +1,268 @@
+// FltToInventor: converts the records of one OpenFlight database into an Open Inventor
+// scene graph.
+//
+// A host normally calls convertFrom(path) (or FltToInventor::convertFromFile), which
+// reads the file, writes a log of the parse next to it (path + ".log"), converts every
+// record and hands back the root SoSeparator with a reference count of 1; the caller owns
+// it and releases it with unref(). A failed conversion still returns a root, empty or
+// partly built; only an empty path returns null. Problems are reported through
+// FltWarningMessageConsole.
+//
+// The converter walks the parser's records once, in file order: palettes fill its
+// tables, vertex records fill four shared SoVertexProperty nodes, push and pop records
+// drive a stack of open groups, and primary records build nodes under the group on top of
+// that stack, with their ancillary records (comments, long names, matrices) applied to
+// the node they follow.
+#pragma once
+
+#include <Inventor/SbVec2f.h>
+#include <Inventor/SbVec3f.h>
+
+#include <cstdint>
+#include <deque>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "convert/FltToObject.h"
+
+class SoDrawStyle;
+class SoGroup;
+class SoInfo;
+class SoLabel;
+class SoMaterial;
+class SoNode;
+class SoSeparator;
+class SoTexture2;
+class SoVertexProperty;
+
+class FltRecord;
+class FltRecordHeader;
+class FltRecordGroup;
+class FltRecordObject;
+class FltRecordUnknown;
+class FltRecordLongID;
+class FltRecordComment;
+class FltRecordLOD;
+class FltRecordOLDLOD;
+class FltRecordSwitch;
+class FltRecordDOF;
+class FltRecordMatrix;
+class FltRecordReplicate;
+class FltRecordExternalReference;
+class FltRecordInstanceDefinition;
+class FltRecordInstanceReference;
+class FltRecordClipRegion;
+class FltRecordText;
+class FltRecordColorPalette;
+class FltRecordTexturePattern;
+class FltRecordOLDMaterialPalette;
+class FltRecordMaterial;
+class FltRecordLineStylePalette;
+class FltRecordLightSourcePalette;
+class FltRecordTextureMappingPalette;
+class FltRecordNamePalette;
+class FltRecordVertexPalette;
+class FltRecordVertexColor;
+class FltRecordVertexColorNormal;
+class FltRecordVertexColorUv;
+class FltRecordVertexColorNormalUv;
+
+using FltRecordIterator = std::vector<FltRecord*>::iterator;
+
+// Where a vertex of the vertex palette landed: its index in one shared property.
+struct VertexEntry {
+    int32_t index = 0;
+    int32_t size = 0;  // the vertex record's length
+    SoVertexProperty* property = nullptr;
+};
+
+// Ids of the four shared vertex properties; 5 stands for none of them.
+enum FltVertexPropertyId {
+    VERTEX_COLOR_PROPERTY_ID = 1,
+    VERTEX_COLOR_NORMAL_PROPERTY_ID = 2,
+    VERTEX_COLOR_UV_PROPERTY_ID = 3,
+    VERTEX_COLOR_NORMAL_UV_PROPERTY_ID = 4,
+    UNDEFINED_SO_VERTEX_PROPERTY_ID = 5
+};
+
+class FltToInventor : public FltToObject<SoSeparator> {
+public:
+    // The whole conversion run of one file; null only for an empty path.
+    static SoSeparator* convertFromFile(const char* path);
+    static const char* getProductNameString();
+    static const char* getVersionString();
+
+    FltToInventor();
+    ~FltToInventor() override;
+    FltToInventor(const FltToInventor&) = delete;
+    FltToInventor& operator=(const FltToInventor&) = delete;
+
+    // FltToObject
+    void update(const FltRecord* record) override;
+    void setResult(SoSeparator* root) override;
+    SoSeparator* getResult() const override;
+    void setFltParser(FltParser* parser) override;
+    void deleteCurrentFltParser() override;
+    int convert() override;
+    void setFltInputToconvert(FltInput* input) override;
+    bool isAllFltRecordsVisited() const override;
+    void visitAllFltRecords() override;
+    void destroyAllFltRecords() override;
+
+    void init();
+    const std::string& getRelativePath() const { return relativePath; }
+    void setRelativePath(const std::string& path) { relativePath = path; }
+    void enableFileLogging(const char* fileName);
+    void disableFileLogging();
+    // Writes the per-opcode record counts next to the input (file name + ".stat").
+    void makeStats() const;
+    FltParser* getFltParser() const { return fltParser; }
+
+    // The walk over records.
+    void visitPrimaryRecord(FltRecordIterator& it);
+    void visitControlRecord(FltRecord* record);
+    void visitPaletteRecord(FltRecord* record);
+    void visitAncillaryRecord(FltRecord* record);
+    void visitUnknownCategoryFltRecord(FltRecord* record);
+    void iterator2VectorOfAncillaryElements(std::vector<FltRecord*>& out, FltRecordIterator& it);
+    void visitAncillaryRecords(FltRecordIterator& it, SoGroup* node);
+    void visitGroupChildren(FltRecordIterator& it);
+    void visitGroup(const FltRecordGroup* group, FltRecordIterator& it);
+    void visitUnknownPrimaryRecord(const FltRecordUnknown* record, FltRecordIterator& it);
+    void visitLongID(const FltRecordLongID* record, SoNode* node);
+    void visitComment(const FltRecordComment* record, SoGroup* node);
+
+    // The stack of open groups.
+    void visitPushLevel();
+    void visitPopLevel();
+    void addSoGroupToNodesStackTop(SoGroup* node);
+
+    // The header: root name, unit scale, shape hints and bindings.
+    void visitHeader(const FltRecordHeader* header);
+
+    // Vertex palette and shared vertex properties.
+    void visitVertexPalette(const FltRecordVertexPalette* record);
+    void visitVertexColor(const FltRecordVertexColor* record);
+    void visitVertexColorNormal(const FltRecordVertexColorNormal* record);
+    void visitVertexColorUV(const FltRecordVertexColorUv* record);
+    void visitVertexColorNormalUV(const FltRecordVertexColorNormalUv* record);
+    SoVertexProperty* getVertexPropertyFromIntId(const int& id);
+    int getIntIdFromVertexProperty(SoVertexProperty* property);
+    SoVertexProperty* getSoVertexPropertyFromOffset(unsigned long offset);
+    int getIndexVertexFromOffset(unsigned long offset);
+    int getSizeVertexFromOffset(unsigned long offset);
+    void copyVertexToVertexColorNormalUV(int sourceId, int sourceIndex, SbVec3f normal, int& newIndex);
+    void showOffsetToVertexEntryMap(int lineLimit);
+
+    // Objects and faces.
+    void visitObject(const FltRecordObject* object, FltRecordIterator& it);
+    void visitObjectFaceRecords(FltRecordIterator& it, const float& transparency, SoGroup*& destination);
+    void visitNextSuccessiveFaces(FltRecordIterator& it);
+
+    // Palettes.
+    void visitColorPalette(const FltRecordColorPalette* record);
+    void visitTexturePattern(const FltRecordTexturePattern* record);
+    void visitOLDMaterialPalette(const FltRecordOLDMaterialPalette* record);
+    void visitMaterial(const FltRecordMaterial* record);
+    void visitLineStylePalette(const FltRecordLineStylePalette* record);
+    void visitLightSourcePalette(const FltRecordLightSourcePalette* record);
+    void visitTextureMapping(const FltRecordTextureMappingPalette* record);
+    void visitNamePalette(const FltRecordNamePalette* record);
+
+    // Level of detail, switch, degree of freedom.
+    void visitLOD(const FltRecordLOD* record, FltRecordIterator& it);
+    void visitOLDLOD(const FltRecordOLDLOD* record, FltRecordIterator& it);
+    void visitSwitch(const FltRecordSwitch* record, FltRecordIterator& it);
+    void visitDOF(const FltRecordDOF* record, FltRecordIterator& it);
+    void setFltSwitchPropertiesToSoInfo(SoInfo*& info, const FltRecordSwitch* record);
+    std::string getInfoStringFromAConvertedFltSwitch(SoGroup* group) const;
+    int currentNumberOfSwitchChildren(SoGroup* group) const;
+    bool isSoSwitchTraverseHisChildren(SoGroup* group) const;
+
+    // Matrices and replication.
+    void visitMatrix(const FltRecordMatrix* record, SoGroup* group);
+    void visitReplicate(const FltRecordReplicate* record, SoNode* node, std::vector<FltRecord*>::iterator& listPosition,
+                        std::vector<FltRecord*>& ancillaryList, FltRecordIterator& recordPosition);
+
+    // External references and instances.
+    void visitExternalReference(const FltRecordExternalReference* record, FltRecordIterator& it);
+    void visitInstanceDefinition(const FltRecordInstanceDefinition* record);
+    void visitInstanceReference(const FltRecordInstanceReference* record);
+
+    // Clip regions and text.
+    void visitClipRegion(const FltRecordClipRegion* record, FltRecordIterator& it);
+    void visitText(const FltRecordText* record, FltRecordIterator& it);
+
+    // Read by the object builder.
+    bool isPackedColorMode() const { return packedColorMode; }
+    int getFormatRevision() const;
+    uint32_t getColorTableEntry(long index) const;
+    SoMaterial* getPaletteMaterial() const { return paletteMaterial; }
+    SoTexture2* getTexture(int patternIndex);
+    SoGroup* getNodesStackTop() const;
+
+    static constexpr int kColorTableSize = 4152;
+
+    // Shared vertex property bookkeeping: a count, a capacity and a write cursor per field.
+    struct SharedVertexProperty {
+        SoVertexProperty* property = nullptr;
+        int32_t count = 0;
+        int32_t capacity = 0;
+        SbVec3f* vertexCursor = nullptr;
+        SbVec3f* normalCursor = nullptr;
+        SbVec2f* texCoordCursor = nullptr;
+        uint32_t* colorCursor = nullptr;
+    };
+
+protected:
+    // The end of the record array is marked by a null entry, so every walk stops there.
+    static bool isEnd(const FltRecordIterator& it) { return *it == nullptr; }
+
+    FltParser* fltParser = nullptr;
+    bool parserCreatedByConverter = false;
+    SoSeparator* result = nullptr;
+    bool allFltRecordsVisited = false;
+    bool vertexPaletteFlushed = false;
+    std::string relativePath;
+
+    SoLabel* minRangeLimitLabel = nullptr;
+    SoLabel* maxRangeLimitLabel = nullptr;
+    SoMaterial* paletteMaterial = nullptr;
+    SharedVertexProperty sharedProperties[4];
+
+    std::deque<SoGroup*> nodesStack;
+    SoGroup* currentGroup = nullptr;
+    SoGroup* lastPrimaryNode = nullptr;
+    SoSeparator* currentObjectSeparator = nullptr;
+    bool packedColorMode = false;
+
+    std::map<int, SoNode*> indexToNode;
+    std::map<int, SoDrawStyle*> lineStyles;
+    std::map<int, SoTexture2*> textures;
+    std::map<int, void*> indexToPointer;
+    std::map<int, std::string> names;
+    std::map<uint64_t, VertexEntry> offsetToVertexEntry;
+    uint64_t currentPaletteOffset = 8;
+    std::map<std::string, SoSeparator*> externalFiles;
+    std::map<int, SoSeparator*> instances;
+    uint32_t colorTable[kColorTableSize] = {};
+
+    // The files being converted along the current chain of external references, shared with
+    // nested converters so that a file referencing itself is converted only once per chain.
+    std::shared_ptr<std::set<std::string>> referenceChain;
+
+    std::ofstream* logStream = nullptr;
+    bool fileLogging = false;
+    std::streambuf* savedStandardOutput = nullptr;
+};
+
+extern "C" {
+// The plug-in entry points, under plain names for the host's loader.
+SoSeparator* convertFrom(const char* path);
+const char* getProductName();
+const char* getVersion();
+}

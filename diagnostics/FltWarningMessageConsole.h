@@ -1,0 +1,50 @@
+// FltWarningMessageConsole: the one process-wide sink for warnings and errors.
+//
+// Every part of the library reports problems here with a level (1 to 3, larger is more
+// severe). Each message is kept for the life of the process, in order of arrival, and is
+// echoed at once to the standard error stream when the caller asks for it:
+//
+//     text
+//     (Warning Level: 3)
+//     <blank line>
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+class FltWarningMessage {
+public:
+    FltWarningMessage(std::string text, int level) : message(std::move(text)), level(level) {}
+    const char* getMessage() const { return message.c_str(); }
+    int getLevel() const { return level; }
+
+    std::string message;  // a copy: callers may pass text formatted into temporary buffers
+    int level;
+};
+
+class FltWarningMessageConsole {
+public:
+    virtual ~FltWarningMessageConsole() = default;
+
+    static void notifyMessage(const char* message, int level, bool show);
+    static void notifyMessage(const std::string& message, int level, bool show)
+    {
+        notifyMessage(message.c_str(), level, show);
+    }
+    // Writes every stored message of at least the given level to standard error.
+    static void showMessagesConsole(int minimumLevel);
+    static void setWarningLevel(int level);
+    static void setDefaultWarningLevel();
+    static FltWarningMessageConsole* getInstance();
+
+    // The stored messages, oldest first.
+    static const std::vector<FltWarningMessage>& getMessages();
+    // Forgets every stored message; for hosts that convert many files in one process.
+    static void clearMessages();
+
+    static int currentWarningLevel;
+
+private:
+    static std::vector<FltWarningMessage>& store();
+};

@@ -1,0 +1,102 @@
+// FltBytes: the one bounds-checked big-endian reader that every record decoder uses.
+//
+// Records are decoded by absolute offset, the way the format's layout tables are written
+// (`switchInDistance = in.f64(16)`). A field that would pass the end of the record reads as
+// zero and marks the reader truncated, so a short or damaged record can never make a
+// decoder touch memory outside it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+class FltBytes {
+public:
+    FltBytes(const char* data, size_t size) : data_(data), size_(data ? size : 0) {}
+
+    size_t size() const { return size_; }
+    const char* data() const { return data_; }
+
+    // True when [offset, offset + n) lies inside the record.
+    bool has(size_t offset, size_t n) const { return offset <= size_ && n <= size_ - offset; }
+
+    // True once any read asked for a byte past the end.
+    bool truncated() const { return truncated_; }
+
+    uint8_t u8(size_t offset) const
+    {
+        if (!has(offset, 1)) return fail<uint8_t>();
+        return static_cast<uint8_t>(data_[offset]);
+    }
+    int8_t i8(size_t offset) const { return static_cast<int8_t>(u8(offset)); }
+
+    uint16_t u16(size_t offset) const
+    {
+        if (!has(offset, 2)) return fail<uint16_t>();
+        return static_cast<uint16_t>((byte(offset) << 8) | byte(offset + 1));
+    }
+    int16_t i16(size_t offset) const { return static_cast<int16_t>(u16(offset)); }
+
+    uint32_t u32(size_t offset) const
+    {
+        if (!has(offset, 4)) return fail<uint32_t>();
+        return (uint32_t(byte(offset)) << 24) | (uint32_t(byte(offset + 1)) << 16) |
+               (uint32_t(byte(offset + 2)) << 8) | uint32_t(byte(offset + 3));
+    }
+    int32_t i32(size_t offset) const { return static_cast<int32_t>(u32(offset)); }
+
+    uint64_t u64(size_t offset) const
+    {
+        if (!has(offset, 8)) return fail<uint64_t>();
+        return (uint64_t(u32(offset)) << 32) | u32(offset + 4);
+    }
+
+    float f32(size_t offset) const
+    {
+        uint32_t bits = u32(offset);
+        float value;
+        std::memcpy(&value, &bits, sizeof value);
+        return value;
+    }
+
+    double f64(size_t offset) const
+    {
+        uint64_t bits = u64(offset);
+        double value;
+        std::memcpy(&value, &bits, sizeof value);
+        return value;
+    }
+
+    // Copies n raw bytes; the part past the end of the record is filled with zeros.
+    void chars(size_t offset, size_t n, char* dest) const
+    {
+        size_t available = offset < size_ ? size_ - offset : 0;
+        size_t copied = n < available ? n : available;
+        if (copied) std::memcpy(dest, data_ + offset, copied);
+        if (copied < n) {
+            std::memset(dest + copied, 0, n - copied);
+            truncated_ = true;
+        }
+    }
+
+    // A packed colour as stored in the file: four bytes in the order alpha, blue, green, red.
+    // The bytes are copied as they stand (dest[0] alpha ... dest[3] red).
+    void packedColor(size_t offset, uint8_t dest[4]) const
+    {
+        chars(offset, 4, reinterpret_cast<char*>(dest));
+    }
+
+private:
+    unsigned byte(size_t offset) const { return static_cast<unsigned char>(data_[offset]); }
+
+    template <typename T>
+    T fail() const
+    {
+        truncated_ = true;
+        return T(0);
+    }
+
+    const char* data_;
+    size_t size_;
+    mutable bool truncated_ = false;
+};

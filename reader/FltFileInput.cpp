@@ -1,0 +1,83 @@
+// Reading a database file into one buffer.
+#include "reader/FltFileInput.h"
+
+#include <sys/stat.h>
+
+#include <cstring>
+#include <iostream>
+#include <new>
+
+FltFileInput::FltFileInput(const char* path)
+{
+    if (!path) path = "";
+    size_t n = std::strlen(path);
+    fileName = new char[n + 1];
+    std::memcpy(fileName, path, n + 1);
+    for (char* c = fileName; *c; ++c)
+        if (*c == '\\') *c = '/';
+
+    if (const char* slash = std::strrchr(fileName, '/')) {
+        size_t prefix = static_cast<size_t>(slash - fileName) + 1;
+        dirName = new char[prefix + 1];
+        std::strncpy(dirName, fileName, prefix);
+        dirName[prefix] = '\0';
+    }
+
+    inFlowCreated = false;
+    buffer = nullptr;
+    file = fopen64(fileName, "rb");
+    // A directory or a device opens but has no size to read; treat it as unopenable.
+    struct stat info;
+    if (file && (fstat(fileno(file), &info) != 0 || !S_ISREG(info.st_mode))) {
+        std::fclose(file);
+        file = nullptr;
+    }
+    if (!file) {
+        std::cerr << "Error in opening file: " << fileName << "\n";
+        return;
+    }
+
+    std::cout << "\n" << "Success in opening file: " << fileName << "\n";
+    calculFileSize();
+    buffer = new (std::nothrow) char[size ? size : 1];
+    if (!buffer) {
+        std::cerr << "Error in reading file: " << fileName << "\n";
+        size = 0;
+    } else {
+        // A short read keeps only the bytes that arrived, so nothing uninitialised is parsed.
+        size = fileToBuffer();
+        inFlowCreated = true;
+    }
+    std::fclose(file);
+    file = nullptr;
+}
+
+FltFileInput::~FltFileInput()
+{
+    delete[] fileName;
+    delete[] dirName;
+    delete[] buffer;
+}
+
+void FltFileInput::calculFileSize()
+{
+    size = 0;
+    if (fseeko64(file, 0, SEEK_END) == 0) {
+        off64_t end = ftello64(file);
+        if (end > 0) size = static_cast<uint64_t>(end);
+    }
+    std::rewind(file);
+}
+
+uint64_t FltFileInput::fileToBuffer()
+{
+    if (!size) return 0;
+    return std::fread(buffer, 1, size, file);
+}
+
+void FltFileInput::showBuffer() const
+{
+    if (!buffer) return;
+    for (uint64_t i = 0; i < size; ++i)
+        std::cout << static_cast<unsigned>(static_cast<unsigned char>(buffer[i])) << " ";
+}

@@ -1,0 +1,39 @@
+// FltFileInput: reads a named OpenFlight file completely into memory when constructed.
+//
+// The file name is kept with every backslash turned into a slash; the directory name is
+// its prefix up to and including the last slash (null when there is none), the base
+// against which external references are resolved.
+#pragma once
+
+#include <cstdio>
+
+#include "reader/FltInput.h"
+
+class FltFileInput : public FltInput {
+public:
+    explicit FltFileInput(const char* path);
+    ~FltFileInput() override;
+    FltFileInput(const FltFileInput&) = delete;
+    FltFileInput& operator=(const FltFileInput&) = delete;
+
+    char* getBuffer() override { return buffer; }
+    uint64_t getSize() const override { return size; }
+    bool isInFlowCreated() const override { return inFlowCreated; }
+    const char* getFileName() const override { return fileName; }
+    const char* getDirName() const override { return dirName; }
+    virtual const char* getAdditionalDirName() const { return dirName; }
+
+    // Debugging aid: every byte as an unsigned decimal followed by a blank, on one line.
+    void showBuffer() const;
+
+protected:
+    void calculFileSize();
+    uint64_t fileToBuffer();
+
+    bool inFlowCreated = false;
+    char* buffer = nullptr;
+    char* fileName = nullptr;
+    char* dirName = nullptr;
+    FILE* file = nullptr;
+    uint64_t size = 0;
+};

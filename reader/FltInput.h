@@ -1,0 +1,16 @@
+// FltInput: the abstract source of one database's bytes, file name and directory name.
+// The parser never touches the file system; it reads a database through this interface.
+#pragma once
+
+#include <cstdint>
+
+class FltInput {
+public:
+    virtual char* getBuffer() = 0;
+    virtual uint64_t getSize() const = 0;
+    virtual bool isInFlowCreated() const = 0;
+    virtual const char* getFileName() const = 0;
+    virtual const char* getDirName() const = 0;
+    // Added so that deleting through this interface frees the whole input.
+    virtual ~FltInput() = default;
+};

@@ -1,0 +1,150 @@
+// Cutting the database buffer into records.
+#include "reader/FltParser.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <string>
+
+#include "diagnostics/FltWarningMessageConsole.h"
+#include "reader/FltBytes.h"
+#include "reader/FltCreationVisitor.h"
+#include "reader/FltInput.h"
+#include "reader/FltRawData.h"
+#include "reader/FltRecordHeader.h"
+
+namespace {
+void reportDamage(const std::string& text) { FltWarningMessageConsole::notifyMessage(text, 3, true); }
+}  // namespace
+
+FltParser::FltParser() { init(); }
+
+FltParser::FltParser(FltInput* input, bool ownsInput) : input(input), ownsInput(ownsInput) { init(); }
+
+FltParser::~FltParser()
+{
+    delete creationVisitor;
+    if (ownsInput) delete input;
+    std::free(additionalDirPath);
+}
+
+void FltParser::init()
+{
+    allRecordsCreated = false;
+    setDefaultFltCreationVisitor();
+    setAdditionalDirPath(".");
+}
+
+void FltParser::setDefaultFltCreationVisitor() { setFltCreationVisitor(new Flt_15_7_CreationVisitor()); }
+
+void FltParser::setFltCreationVisitor(FltCreationVisitor* visitor)
+{
+    if (visitor == creationVisitor) return;
+    delete creationVisitor;
+    creationVisitor = visitor;
+}
+
+void FltParser::setAdditionalDirPath(const char* path)
+{
+    std::free(additionalDirPath);
+    additionalDirPath = path ? strdup(path) : nullptr;
+}
+
+void FltParser::attachFltObserver(FltRecordObserver* observer) { observers.push_back(observer); }
+
+void FltParser::detachFltObserver(FltRecordObserver* observer)
+{
+    auto it = std::find(observers.begin(), observers.end(), observer);
+    if (it != observers.end()) observers.erase(it);
+}
+
+void FltParser::notify(const FltRecord* record)
+{
+    // By index: an observer may attach another one while being notified.
+    for (size_t i = 0; i < observers.size(); ++i) observers[i]->update(record);
+}
+
+bool FltParser::isAnOpenFlightInput(FltInput* candidate)
+{
+    if (candidate && candidate->getBuffer()) {
+        FltBytes head(candidate->getBuffer(), static_cast<size_t>(std::min<uint64_t>(candidate->getSize(), 4)));
+        if (head.has(0, 4) && head.u16(0) == 1 && head.u16(2) != 0) return true;
+    }
+    FltWarningMessageConsole::notifyMessage("ERROR! Not an Openflight Input !", 3, true);
+    return false;
+}
+
+void FltParser::fltRecordsVectorBuild(FltRawData* raw)
+{
+    FltRecord* record = nullptr;
+    creationVisitor->visitFltRawData(record, raw);
+    if (!record) return;
+    records.push_back(record);
+    notify(record);
+}
+
+int FltParser::run()
+{
+    rawDataCount = 0;
+    if (!isAnOpenFlightInput(input)) return 1;
+    std::cout << "beginning of parsing\n";
+    if (auto* factory = dynamic_cast<Flt_15_7_CreationVisitor*>(creationVisitor)) factory->previousRecord = nullptr;
+
+    char* buffer = input->getBuffer();
+    const uint64_t size = input->getSize();
+    uint64_t offset = 0;
+    bool complete = true;
+    while (offset < size) {
+        const uint64_t remaining = size - offset;
+        if (remaining < 4) {
+            reportDamage("ERROR ! " + std::to_string(remaining) + " bytes at byte offset " + std::to_string(offset) +
+                         " are too few for a record header: parsing stopped");
+            complete = false;
+            break;
+        }
+        FltBytes header(buffer + offset, 4);
+        const uint16_t opcode = header.u16(0);
+        const uint16_t length = header.u16(2);
+        if (length < 4) {
+            reportDamage("ERROR ! Record of opcode " + std::to_string(opcode) + " at byte offset " +
+                         std::to_string(offset) + " has length " + std::to_string(length) +
+                         ", shorter than its 4-byte header: parsing stopped");
+            complete = false;
+            break;
+        }
+        if (length > remaining) {
+            reportDamage("ERROR ! Record of opcode " + std::to_string(opcode) + " at byte offset " +
+                         std::to_string(offset) + " has length " + std::to_string(length) + " but only " +
+                         std::to_string(remaining) + " bytes remain in the file: parsing stopped");
+            complete = false;
+            break;
+        }
+
+        // Records decode straight from the input buffer, which outlives them and is never
+        // modified: the view is bounded by the record's length, so no copy is needed.
+        FltRawData raw(opcode, length, buffer + offset);
+        fltRecordsVectorBuild(&raw);
+        ++rawDataCount;
+        if (rawDataCount == 1) {
+            // The entry test makes the first record a header.
+            if (auto* first = dynamic_cast<FltRecordHeader*>(records.empty() ? nullptr : records.back())) {
+                creationVisitor->formatRevision = first->formatRevisionLevel;
+                creationVisitor->rgbMode = first->isPackedColorMode();
+                std::cout << "OpenFlight file version: " << creationVisitor->formatRevision << "\n";
+                std::cout << "RGB mode: " << (creationVisitor->rgbMode ? "true" : "false") << "\n";
+            }
+        }
+        offset += length;
+    }
+    std::cout << "end of parsing\n";
+    allRecordsCreated = complete;
+    return 0;
+}
+
+std::ostream& FltParser::showAllFltRecords(std::ostream& os) const
+{
+    for (const FltRecord* record : records)
+        if (record) record->properties(os);
+    return os;
+}

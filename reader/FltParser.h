@@ -1,0 +1,58 @@
+// FltParser: cuts a database buffer into records, has each one built by the opcode
+// factory, keeps them in file order and hands each one to the attached observers at once.
+//
+// The parse needs the first record to be a header. A record whose length is shorter than
+// its 4-byte header, or runs past the end of the buffer, stops the parse with a level-3
+// console message naming its opcode and byte offset; the records before it are kept.
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <vector>
+
+#include "reader/FltObserver.h"
+
+class FltCreationVisitor;
+class FltInput;
+class FltRawData;
+class FltRecord;
+
+class FltParser : public FltRecordObservable {
+public:
+    FltParser();
+    // The parser owns the input unless told otherwise (the converter lends its own).
+    explicit FltParser(FltInput* input, bool ownsInput = true);
+    ~FltParser() override;
+    FltParser(const FltParser&) = delete;
+    FltParser& operator=(const FltParser&) = delete;
+
+    void attachFltObserver(FltRecordObserver* observer) override;
+    void detachFltObserver(FltRecordObserver* observer) override;
+    void notify(const FltRecord* record) override;
+
+    void init();
+    void setInput(FltInput* value) { input = value; }
+    FltInput* getInput() const { return input; }
+    void setDefaultFltCreationVisitor();
+    void setFltCreationVisitor(FltCreationVisitor* visitor);
+    void setAdditionalDirPath(const char* path);
+
+    // Parses the whole input: 0 on success (also when damage stopped the parse early),
+    // 1 when the input is not an OpenFlight database.
+    int run();
+    bool isAnOpenFlightInput(FltInput* candidate);
+    void fltRecordsVectorBuild(FltRawData* raw);
+    uint64_t getNumberOfFltRawData() const { return rawDataCount; }
+    bool isAllFltRecordsCreated() const { return allRecordsCreated; }
+    std::ostream& showAllFltRecords(std::ostream& os) const;
+
+    // Every record created, in file order. The records are not owned by the parser.
+    std::vector<FltRecord*> records;
+    FltCreationVisitor* creationVisitor = nullptr;
+    FltInput* input = nullptr;
+    bool ownsInput = true;
+    char* additionalDirPath = nullptr;
+    bool allRecordsCreated = false;
+    uint64_t rawDataCount = 0;
+    std::vector<FltRecordObserver*> observers;
+};

@@ -1,0 +1,55 @@
+// Dump and decode mechanics shared by every record class.
+#include "reader/FltRecord.h"
+
+#include "reader/FltBytes.h"
+#include "reader/FltDump.h"
+
+void AbstractFltRecord::writeHeadingBlock(FltDump& out) const
+{
+    out.text(getHeading()).nl();
+    out.text("  (").text(getRecordCategory().c_str()).text(")").nl();
+    out.text("-- Opcode: ").num(getOpcode()).text("  Length: ").unum(getLength()).text(" --").nl();
+}
+
+std::ostream& AbstractFltRecord::opcodeAndLength(std::ostream& os) const
+{
+    FltDump out(os);
+    out.text("  (").text(getRecordCategory().c_str()).text(")").nl();
+    out.text("-- Opcode: ").num(getOpcode()).text("  Length: ").unum(getLength()).text(" --").nl();
+    return os;
+}
+
+std::ostream& AbstractFltRecord::nameOpcodeAndLength(std::ostream& os) const
+{
+    {
+        FltDump out(os);
+        out.text(getHeading()).nl();
+    }
+    return opcodeAndLength(os);
+}
+
+std::ostream& AbstractFltRecord::properties(std::ostream& os) const
+{
+    FltDump out(os);
+    writeHeadingBlock(out);
+    dumpFields(out);
+    return os;
+}
+
+void AbstractFltRecord::getPropertiesFromData(char* data)
+{
+    decode(FltBytes(data, data ? length : 0));
+}
+
+void AbstractFltRecord::decode(const FltBytes&) {}
+
+void AbstractFltRecord::dumpFields(FltDump&) const {}
+
+FltCategory fltCategoryFromString(const std::string& category)
+{
+    if (category == "PRIMARY_RECORD") return FltCategory::Primary;
+    if (category == "ANCILLARY_RECORD") return FltCategory::Ancillary;
+    if (category == "CONTROL_RECORD") return FltCategory::Control;
+    if (category == "PALETTE_RECORD") return FltCategory::Palette;
+    return FltCategory::Unknown;
+}

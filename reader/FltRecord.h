@@ -1,0 +1,104 @@
+// The record model: the root of every record class, the four categories, the revision mixin.
+//
+// Every record of an OpenFlight database becomes one object below FltRecord, chosen by its
+// opcode (see Flt_15_7_CreationVisitor). An object knows its opcode, length and category,
+// decodes its fields from the record's bytes and prints itself as a labelled dump.
+// Decoded fields are public members named after their dump labels; the converter reads
+// them directly.
+#pragma once
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+
+class FltBytes;
+class FltDump;
+
+// The category of a record, as the converter's walk dispatches on it.
+enum class FltCategory { Primary, Ancillary, Control, Palette, Unknown };
+
+class FltRecord {
+public:
+    virtual int getOpcode() const = 0;
+    virtual std::string getRecordCategory() const = 0;
+    virtual unsigned int getLength() const = 0;
+    virtual std::ostream& nameOpcodeAndLength(std::ostream& os) const = 0;
+    virtual std::ostream& properties(std::ostream& os) const = 0;
+    // Decodes the fields from the record's bytes; data points at the opcode, and holds
+    // getLength() bytes.
+    virtual void getPropertiesFromData(char* data) = 0;
+    virtual ~FltRecord() = default;
+
+    // The category without building its string, for the converter's walk.
+    virtual FltCategory getCategoryKind() const = 0;
+};
+
+// Holds the length and implements the shared dump and decode mechanics. A concrete class
+// names its heading, decodes through decode() and prints its fields through dumpFields().
+class AbstractFltRecord : public FltRecord {
+public:
+    explicit AbstractFltRecord(unsigned int length) : length(length) {}
+    ~AbstractFltRecord() override { length = 0; }
+
+    unsigned int getLength() const override { return length; }
+    std::ostream& nameOpcodeAndLength(std::ostream& os) const override;
+    std::ostream& properties(std::ostream& os) const override;
+    void getPropertiesFromData(char* data) override;
+    // "  (" category ")" and the opcode and length line.
+    virtual std::ostream& opcodeAndLength(std::ostream& os) const;
+
+    // The dump heading, such as "\n GROUP RECORD ".
+    virtual const char* getHeading() const = 0;
+    // Decodes from a bounds-checked view of exactly the record's bytes.
+    virtual void decode(const FltBytes& in);
+    // Writes the field lines that follow the heading block.
+    virtual void dumpFields(FltDump& out) const;
+
+    unsigned int length;
+
+protected:
+    void writeHeadingBlock(FltDump& out) const;
+};
+
+class PrimaryFltRecord : public AbstractFltRecord {
+public:
+    using AbstractFltRecord::AbstractFltRecord;
+    ~PrimaryFltRecord() override { length = 0; }
+    std::string getRecordCategory() const override { return "PRIMARY_RECORD"; }
+    FltCategory getCategoryKind() const override { return FltCategory::Primary; }
+};
+
+class AncillaryFltRecord : public AbstractFltRecord {
+public:
+    using AbstractFltRecord::AbstractFltRecord;
+    ~AncillaryFltRecord() override { length = 0; }
+    std::string getRecordCategory() const override { return "ANCILLARY_RECORD"; }
+    FltCategory getCategoryKind() const override { return FltCategory::Ancillary; }
+};
+
+class ControlFltRecord : public AbstractFltRecord {
+public:
+    using AbstractFltRecord::AbstractFltRecord;
+    ~ControlFltRecord() override { length = 0; }
+    std::string getRecordCategory() const override { return "CONTROL_RECORD"; }
+    FltCategory getCategoryKind() const override { return FltCategory::Control; }
+};
+
+class PaletteFltRecord : public AbstractFltRecord {
+public:
+    using AbstractFltRecord::AbstractFltRecord;
+    ~PaletteFltRecord() override { length = 0; }
+    std::string getRecordCategory() const override { return "PALETTE_RECORD"; }
+    FltCategory getCategoryKind() const override { return FltCategory::Palette; }
+};
+
+// Carries the database's format revision (the header's formatRevisionLevel, 1570 for 15.7)
+// and its packed-colour mode into the records whose layout depends on them.
+class FltVersion {
+public:
+    int32_t formatRevision = 0;
+    bool rgbMode = false;
+};
+
+// Maps a category string to its kind; any other text is Unknown.
+FltCategory fltCategoryFromString(const std::string& category);

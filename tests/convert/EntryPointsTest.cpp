@@ -1,0 +1,29 @@
+// The library as a host's plug-in loader sees it: three plain, undecorated symbols.
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+
+#include <cstdio>
+#include <string>
+
+TEST(EntryPoints, loaderFindsTheThreeFunctionsByTheirPlainNames)
+{
+    void* handle = dlopen(QETZFLT_LIBRARY_PATH, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(handle, nullptr) << dlerror();
+    using Name = const char* (*)();
+    auto product = reinterpret_cast<Name>(dlsym(handle, "getProductName"));
+    auto version = reinterpret_cast<Name>(dlsym(handle, "getVersion"));
+    void* convert = dlsym(handle, "convertFrom");
+    ASSERT_NE(product, nullptr);
+    ASSERT_NE(version, nullptr);
+    ASSERT_NE(convert, nullptr);
+    EXPECT_STREQ(product(), "Skerrymoor");
+    EXPECT_STREQ(version(), "8.6.3");
+    dlclose(handle);
+}
+
+TEST(EntryPoints, libraryFileIsNamedLibQetzFltSo)
+{
+    const std::string path = QETZFLT_LIBRARY_PATH;
+    EXPECT_EQ(path.substr(path.rfind('/') + 1), "libQetzFlt.so");
+}

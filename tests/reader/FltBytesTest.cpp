@@ -1,0 +1,92 @@
+// The byte reader and the dump helper, checked once with known bit patterns.
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "reader/FltBytes.h"
+#include "reader/FltDump.h"
+
+TEST(FltBytes, readsBigEndianValuesMostSignificantByteFirst)
+{
+    // 1.5 as float64 is 3FF8 0000 0000 0000; -1 as int16 is FFFF; 1.5f is 3FC0 0000.
+    const char bytes[] = {'\x3F', '\xF8', 0, 0, 0, 0, 0, 0, '\xFF', '\xFF', '\x3F', '\xC0', 0, 0, '\x12', '\x34'};
+    FltBytes in(bytes, sizeof bytes);
+    EXPECT_DOUBLE_EQ(in.f64(0), 1.5);
+    EXPECT_EQ(in.i16(8), -1);
+    EXPECT_EQ(in.u16(8), 0xFFFF);
+    EXPECT_FLOAT_EQ(in.f32(10), 1.5f);
+    EXPECT_EQ(in.u16(14), 0x1234);
+    EXPECT_EQ(in.i32(8), static_cast<int32_t>(0xFFFF3FC0));
+    EXPECT_EQ(in.u8(14), 0x12);
+    EXPECT_FALSE(in.truncated());
+}
+
+TEST(FltBytes, packedColourKeepsTheFileOrderAlphaBlueGreenRed)
+{
+    const char bytes[] = {'\x80', '\x10', '\x20', '\x30'};
+    FltBytes in(bytes, sizeof bytes);
+    uint8_t abgr[4];
+    in.packedColor(0, abgr);
+    EXPECT_EQ(abgr[0], 0x80);  // alpha
+    EXPECT_EQ(abgr[1], 0x10);  // blue
+    EXPECT_EQ(abgr[2], 0x20);  // green
+    EXPECT_EQ(abgr[3], 0x30);  // red
+}
+
+TEST(FltBytes, fieldsPastTheEndReadAsZeroAndMarkTruncation)
+{
+    const char bytes[] = {'\x01', '\x02', '\x03'};
+    FltBytes in(bytes, sizeof bytes);
+    EXPECT_EQ(in.u16(1), 0x0203);
+    EXPECT_FALSE(in.truncated());
+    EXPECT_EQ(in.u32(0), 0u);  // needs 4 bytes, only 3 exist
+    EXPECT_TRUE(in.truncated());
+    EXPECT_EQ(in.f64(SIZE_MAX - 2), 0.0);  // offsets near the top never wrap around
+    char text[5];
+    in.chars(1, 5, text);
+    EXPECT_EQ(text[0], '\x02');
+    EXPECT_EQ(text[1], '\x03');
+    EXPECT_EQ(text[2], 0);
+    EXPECT_EQ(text[4], 0);
+}
+
+TEST(FltDump, formatsNumbersAsTheStandardStreamDoes)
+{
+    const double values[] = {0.0, 1.0, -2.5, 0.50196078431, 1e-7, 123456789.0, 1.0 / 3, 1e300, -0.0};
+    for (double v : values) {
+        std::ostringstream expected;
+        expected << v;
+        std::ostringstream os;
+        {
+            FltDump out(os);
+            out.real(v);
+        }
+        EXPECT_EQ(os.str(), expected.str()) << "for " << v;
+    }
+    std::ostringstream floatExpected;
+    floatExpected << 0.1f;
+    std::ostringstream os;
+    {
+        FltDump out(os);
+        out.real(0.1f);
+    }
+    EXPECT_EQ(os.str(), floatExpected.str());
+}
+
+TEST(FltDump, writesLabelledLinesOfEveryForm)
+{
+    std::ostringstream os;
+    {
+        FltDump out(os);
+        const char name[8] = {'a', 'b', 'c', 0, 'x', 'y', 'z', 'w'};
+        const char unterminated[4] = {'w', 'x', 'y', 'z'};
+        out.i16("s: ", -1).u16("u: ", 65535).i32("i: ", -70000).u32("w: ", 4000000000u);
+        out.f64("f: ", 0.25).flag("on: ", true).flag("off: ", false);
+        out.str("name: ", name, sizeof name).str("cut: ", unterminated, sizeof unterminated).chr("c: ", 'Q');
+        out.text("bits: ").bits32(0x80000001u).nl();
+        out.text("p: ").pointer(0).text(" ").pointer(0x5).nl();
+    }
+    EXPECT_EQ(os.str(),
+              "s: -1\nu: 65535\ni: -70000\nw: 4000000000\nf: 0.25\non: 1\noff: 0\nname: abc\ncut: wxyz\nc: Q\n"
+              "bits: 10000000000000000000000000000001\np: 0 0x5\n");
+}

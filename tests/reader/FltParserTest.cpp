@@ -1,0 +1,230 @@
+// Cutting a database into records: entry test, progress lines, damage, observers.
+#include <gtest/gtest.h>
+
+#include "FltFixture.h"
+#include "MemoryInput.h"
+#include "TestSupport.h"
+#include "diagnostics/FltWarningMessageConsole.h"
+#include "reader/FltCreationVisitor.h"
+#include "reader/FltRecordGroupAndObject.h"
+
+namespace {
+
+class ParserTest : public ::testing::Test {
+protected:
+    void SetUp() override { FltWarningMessageConsole::clearMessages(); }
+    static std::vector<int> opcodes(const FltParser& parser)
+    {
+        std::vector<int> result;
+        for (const FltRecord* r : parser.records) result.push_back(r->getOpcode());
+        return result;
+    }
+    static std::string lastMessage()
+    {
+        const auto& all = FltWarningMessageConsole::getMessages();
+        return all.empty() ? std::string() : all.back().message;
+    }
+};
+
+class RecordingObserver : public FltRecordObserver {
+public:
+    void update(const FltRecord* record) override { seen.push_back(record->getOpcode()); }
+    std::vector<int> seen;
+};
+
+}  // namespace
+
+TEST_F(ParserTest, headerOfLengthZeroFailsTheEntryTest)
+{
+    ParsedBytes p(std::string("\x00\x01\x00\x00", 4));
+    CaptureStream out(std::cout), err(std::cerr);
+    EXPECT_EQ(p.parser.run(), 1);
+    EXPECT_TRUE(p.parser.records.empty());
+    EXPECT_EQ(out.text(), "");
+    EXPECT_EQ(err.text(), "ERROR! Not an Openflight Input !\n(Warning Level: 3)\n\n");
+    EXPECT_FALSE(p.parser.isAllFltRecordsCreated());
+}
+
+TEST_F(ParserTest, inputNotStartingWithAHeaderIsRefused)
+{
+    FltFixture db;
+    db.group("g").header();
+    ParsedBytes p(db.bytes());
+    CaptureStream err(std::cerr);
+    EXPECT_EQ(p.parser.run(), 1);
+    EXPECT_TRUE(p.parser.records.empty());
+}
+
+TEST_F(ParserTest, inputsTooShortForAHeaderAreRefused)
+{
+    for (const std::string& bytes : {std::string(), std::string("\x00\x01", 2)}) {
+        ParsedBytes p(bytes);
+        CaptureStream err(std::cerr);
+        EXPECT_EQ(p.parser.run(), 1);
+        EXPECT_EQ(lastMessage(), "ERROR! Not an Openflight Input !");
+    }
+}
+
+TEST_F(ParserTest, cutsRecordsInFileOrderAndWritesTheProgressLines)
+{
+    FltFixture db;
+    db.header(1570, 0, 0x40000000).push().group("g1").pop();
+    ParsedBytes p(db.bytes());
+    RecordingObserver observer;
+    p.parser.attachFltObserver(&observer);
+    CaptureStream out(std::cout);
+    ASSERT_EQ(p.parser.run(), 0);
+    EXPECT_EQ(opcodes(p.parser), (std::vector<int>{1, 10, 2, 11}));
+    EXPECT_EQ(observer.seen, (std::vector<int>{1, 10, 2, 11}));
+    EXPECT_EQ(p.parser.getNumberOfFltRawData(), 4u);
+    EXPECT_TRUE(p.parser.isAllFltRecordsCreated());
+    EXPECT_EQ(p.parser.creationVisitor->formatRevision, 1570);
+    EXPECT_TRUE(p.parser.creationVisitor->rgbMode);
+
+    const std::string log = out.text();
+    EXPECT_EQ(log.rfind("beginning of parsing\n\n HEADER RECORD \n", 0), 0u);
+    EXPECT_NE(log.find("OpenFlight file version: 1570\nRGB mode: true\n\n PUSH LEVEL RECORD "), std::string::npos);
+    EXPECT_EQ(log.substr(log.size() - 15), "end of parsing\n");
+}
+
+TEST_F(ParserTest, packedColourModeIsTheSecondMostSignificantFlagBit)
+{
+    FltFixture db;
+    db.header(1570, 0, static_cast<int32_t>(0x80000000u));
+    ParsedBytes p(db.bytes());
+    CaptureStream out(std::cout);
+    ASSERT_EQ(p.parser.run(), 0);
+    EXPECT_NE(out.text().find("RGB mode: false\n"), std::string::npos);
+    EXPECT_FALSE(p.parser.creationVisitor->rgbMode);
+}
+
+TEST_F(ParserTest, recordsCreatedAfterTheHeaderCarryTheFileRevision)
+{
+    FltFixture db;
+    db.header(1420).group("g");
+    ParsedBytes p(db.bytes());
+    CaptureStream out(std::cout);
+    ASSERT_EQ(p.parser.run(), 0);
+    auto* group = dynamic_cast<FltRecordGroup*>(p.parser.records.at(1));
+    ASSERT_NE(group, nullptr);
+    EXPECT_EQ(group->formatRevision, 1420);
+}
+
+TEST_F(ParserTest, zeroLengthRecordStopsTheParseAndKeepsWhatCameBefore)
+{
+    FltFixture db;
+    db.header().push();
+    db.raw(std::string("\x00\x05\x00\x00", 4));  // opcode 5 (face), length 0
+    db.pop();
+    ParsedBytes p(db.bytes());
+    CaptureStream out(std::cout), err(std::cerr);
+    EXPECT_EQ(p.parser.run(), 0);
+    EXPECT_EQ(opcodes(p.parser), (std::vector<int>{1, 10}));
+    EXPECT_EQ(lastMessage(),
+              "ERROR ! Record of opcode 5 at byte offset 328 has length 0, shorter than its 4-byte header: "
+              "parsing stopped");
+    EXPECT_NE(err.text().find("(Warning Level: 3)"), std::string::npos);
+    EXPECT_FALSE(p.parser.isAllFltRecordsCreated());
+    EXPECT_NE(out.text().find("end of parsing\n"), std::string::npos);
+}
+
+TEST_F(ParserTest, recordShorterThanItsHeaderStopsTheParse)
+{
+    FltFixture db;
+    db.header();
+    db.raw(std::string("\x00\x0A\x00\x03", 4));  // push level claiming 3 bytes
+    ParsedBytes p(db.bytes());
+    CaptureStream out(std::cout), err(std::cerr);
+    EXPECT_EQ(p.parser.run(), 0);
+    EXPECT_EQ(p.parser.records.size(), 1u);
+    EXPECT_NE(lastMessage().find("opcode 10 at byte offset 324 has length 3"), std::string::npos);
+}
+
+TEST_F(ParserTest, recordRunningPastTheEndStopsTheParse)
+{
+    FltFixture db;
+    db.header().push();
+    FltRecordBytes truncatedGroup(2, 44);
+    db.raw(truncatedGroup.bytes().substr(0, 20));  // declares 44 bytes, 20 present
+    ParsedBytes p(db.bytes());
+    CaptureStream out(std::cout), err(std::cerr);
+    EXPECT_EQ(p.parser.run(), 0);
+    EXPECT_EQ(opcodes(p.parser), (std::vector<int>{1, 10}));
+    EXPECT_EQ(lastMessage(),
+              "ERROR ! Record of opcode 2 at byte offset 328 has length 44 but only 20 bytes remain in the file: "
+              "parsing stopped");
+}
+
+TEST_F(ParserTest, trailingBytesTooFewForAHeaderStopTheParse)
+{
+    FltFixture db;
+    db.header().raw(std::string("\x00\x0A", 2));
+    ParsedBytes p(db.bytes());
+    CaptureStream out(std::cout), err(std::cerr);
+    EXPECT_EQ(p.parser.run(), 0);
+    EXPECT_EQ(p.parser.records.size(), 1u);
+    EXPECT_EQ(lastMessage(), "ERROR ! 2 bytes at byte offset 324 are too few for a record header: parsing stopped");
+}
+
+TEST_F(ParserTest, continuedSoundPaletteIsStoredTwiceAndCountedAsTwoCuts)
+{
+    FltFixture db;
+    db.header().add(FltRecordBytes(93, 16)).add(FltRecordBytes(93, 16)).push().add(FltRecordBytes(93, 16));
+    ParsedBytes p(db.bytes());
+    RecordingObserver observer;
+    p.parser.attachFltObserver(&observer);
+    CaptureStream out(std::cout);
+    ASSERT_EQ(p.parser.run(), 0);
+    ASSERT_EQ(p.parser.records.size(), 5u);
+    EXPECT_EQ(p.parser.getNumberOfFltRawData(), 5u);
+    EXPECT_EQ(p.parser.records[1], p.parser.records[2]);
+    EXPECT_NE(p.parser.records[2], p.parser.records[4]);
+    EXPECT_EQ(observer.seen.size(), 5u);
+}
+
+TEST_F(ParserTest, observersAttachedTwiceHearTwiceAndDetachRemovesOne)
+{
+    FltFixture db;
+    db.header();
+    ParsedBytes p(db.bytes());
+    RecordingObserver a, b;
+    p.parser.attachFltObserver(&a);
+    p.parser.attachFltObserver(&b);
+    p.parser.attachFltObserver(&a);
+    p.parser.detachFltObserver(&b);
+    p.parser.detachFltObserver(&b);  // absent now: nothing happens
+    CaptureStream out(std::cout);
+    ASSERT_EQ(p.parser.run(), 0);
+    EXPECT_EQ(a.seen.size(), 2u);
+    EXPECT_TRUE(b.seen.empty());
+}
+
+TEST_F(ParserTest, secondRunAppendsRecordsAndResetsTheCount)
+{
+    FltFixture db;
+    db.header().push().pop();
+    ParsedBytes p(db.bytes());
+    CaptureStream out(std::cout);
+    ASSERT_EQ(p.parser.run(), 0);
+    ASSERT_EQ(p.parser.run(), 0);
+    EXPECT_EQ(p.parser.records.size(), 6u);
+    EXPECT_EQ(p.parser.getNumberOfFltRawData(), 3u);
+}
+
+TEST_F(ParserTest, showAllRecordsDumpsEveryRecordAgain)
+{
+    FltFixture db;
+    db.header().push();
+    ParsedBytes p(db.bytes());
+    std::string dumped;
+    {
+        CaptureStream out(std::cout);
+        ASSERT_EQ(p.parser.run(), 0);
+        dumped = out.text();
+    }
+    std::ostringstream again;
+    p.parser.showAllFltRecords(again);
+    EXPECT_NE(dumped.find(again.str().substr(0, 40)), std::string::npos);
+    EXPECT_NE(again.str().find("\n PUSH LEVEL RECORD \n  (CONTROL_RECORD)\n-- Opcode: 10  Length: 4 --\n"),
+              std::string::npos);
+}

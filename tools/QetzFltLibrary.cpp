@@ -1,0 +1,53 @@
+// Finding and opening the library.
+#include "QetzFltLibrary.h"
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <vector>
+
+namespace {
+std::filesystem::path executableDir()
+{
+    std::error_code ec;
+    std::filesystem::path exe = std::filesystem::read_symlink("/proc/self/exe", ec);
+    return ec ? std::filesystem::path() : exe.parent_path();
+}
+}  // namespace
+
+QetzFltLibrary::QetzFltLibrary()
+{
+    std::vector<std::string> candidates;
+    if (const char* chosen = std::getenv("QETZFLT_LIBRARY")) candidates.push_back(chosen);
+    const std::filesystem::path dir = executableDir();
+    if (!dir.empty()) {
+        for (const char* rel : {"libQetzFlt.so", "../lib/libQetzFlt.so", "../lib/x86_64-linux-gnu/libQetzFlt.so",
+                                "../lib64/libQetzFlt.so"}) {
+            std::filesystem::path p = dir / rel;
+            if (std::filesystem::exists(p)) candidates.push_back(p.string());
+        }
+    }
+    candidates.push_back("libQetzFlt.so");
+
+    for (const std::string& candidate : candidates) {
+        handle_ = dlopen(candidate.c_str(), RTLD_NOW | RTLD_LOCAL);
+        if (handle_) {
+            path_ = candidate;
+            break;
+        }
+        const char* why = dlerror();
+        error_ = why ? why : ("cannot load " + candidate);
+    }
+    if (!handle_) return;
+    convertFrom = reinterpret_cast<ConvertFrom>(dlsym(handle_, "convertFrom"));
+    getProductName = reinterpret_cast<NameFunction>(dlsym(handle_, "getProductName"));
+    getVersion = reinterpret_cast<NameFunction>(dlsym(handle_, "getVersion"));
+    if (!convertFrom) error_ = path_ + " does not export convertFrom";
+}
+
+QetzFltLibrary::~QetzFltLibrary()
+{
+    // The library stays loaded: scene nodes it created may outlive this object.
+}
