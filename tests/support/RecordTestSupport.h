@@ -1,0 +1,49 @@
+// Decoding one record from fixture bytes through the opcode factory, for record tests.
+#pragma once
+
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "FltFixture.h"
+#include "reader/FltCreationVisitor.h"
+#include "reader/FltRawData.h"
+#include "reader/FltRecord.h"
+
+// Builds the record the factory makes for these bytes, decoded under the given revision
+// (the way a parse stamps it), and returns it as T (null when the factory made another
+// class). The bytes are copied to a heap block of exactly the record's length, so that the
+// sanitizer build catches any read past it.
+template <class T>
+std::unique_ptr<T> decodeRecord(const FltRecordBytes& bytes, int revision = 1570)
+{
+    Flt_15_7_CreationVisitor visitor;
+    visitor.setDumpStream(nullptr);
+    visitor.formatRevision = revision;
+    const std::string& data = bytes.bytes();
+    std::unique_ptr<char[]> exact(new char[data.size()]);
+    std::copy(data.begin(), data.end(), exact.get());
+    FltRawData raw(static_cast<uint16_t>((uint8_t(data[0]) << 8) | uint8_t(data[1])),
+                   static_cast<uint16_t>(data.size()), exact.get());
+    FltRecord* record = nullptr;
+    visitor.visitFltRawData(record, &raw);
+    T* typed = dynamic_cast<T*>(record);
+    if (!typed) delete record;
+    return std::unique_ptr<T>(typed);
+}
+
+// The record's full dump, heading block included.
+inline std::string dumpOf(const FltRecord& record)
+{
+    std::ostringstream os;
+    record.properties(os);
+    return os.str();
+}
+
+// The dump without its heading block (the three lines of heading, category and opcode).
+inline std::string fieldsOf(const FltRecord& record)
+{
+    const std::string all = dumpOf(record);
+    size_t pos = all.find(" --\n");
+    return pos == std::string::npos ? all : all.substr(pos + 4);
+}
