@@ -97,21 +97,19 @@ void FltToInventor::init()
         shared.property->ref();
         shared.property->setName(kVertexPropertyNames[i]);
         shared.capacity = kInitialVertexCapacity;
-        const int id = i + 1;
-        const bool hasNormal = id == VERTEX_COLOR_NORMAL_PROPERTY_ID || id == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID;
-        const bool hasTexCoord = id == VERTEX_COLOR_UV_PROPERTY_ID || id == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID;
+        shared.id = i + 1;
         shared.property->vertex.setNum(kInitialVertexCapacity);
         shared.vertexCursor = shared.property->vertex.startEditing();
         shared.property->vertex.finishEditing();
         shared.property->orderedRGBA.setNum(kInitialVertexCapacity);
         shared.colorCursor = shared.property->orderedRGBA.startEditing();
         shared.property->orderedRGBA.finishEditing();
-        if (hasNormal) {
+        if (hasNormals(shared.id)) {
             shared.property->normal.setNum(kInitialVertexCapacity);
             shared.normalCursor = shared.property->normal.startEditing();
             shared.property->normal.finishEditing();
         }
-        if (hasTexCoord) {
+        if (hasTexCoords(shared.id)) {
             shared.property->texCoord.setNum(kInitialVertexCapacity);
             shared.texCoordCursor = shared.property->texCoord.startEditing();
             shared.property->texCoord.finishEditing();
@@ -140,6 +138,7 @@ FltToInventor::~FltToInventor()
     for (auto& entry : textures) releaseIfUnused(entry.second);
     for (auto& entry : lineStyles) releaseIfUnused(entry.second);
     for (auto& entry : instances) releaseIfUnused(entry.second);
+    for (SoNode* node : unattachedNodes) node->unref();
 
     if (minRangeLimitLabel) minRangeLimitLabel->unref();
     if (maxRangeLimitLabel) maxRangeLimitLabel->unref();

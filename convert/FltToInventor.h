@@ -209,6 +209,7 @@ public:
 
     // Shared vertex property bookkeeping: a count, a capacity and a write cursor per field.
     struct SharedVertexProperty {
+        int id = UNDEFINED_SO_VERTEX_PROPERTY_ID;
         SoVertexProperty* property = nullptr;
         int32_t count = 0;
         int32_t capacity = 0;
@@ -218,7 +219,19 @@ public:
         uint32_t* colorCursor = nullptr;
     };
 
+    static bool hasNormals(int propertyId)
+    {
+        return propertyId == VERTEX_COLOR_NORMAL_PROPERTY_ID || propertyId == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID;
+    }
+    static bool hasTexCoords(int propertyId)
+    {
+        return propertyId == VERTEX_COLOR_UV_PROPERTY_ID || propertyId == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID;
+    }
+
 protected:
+    // Shrinks a shared property's fields to the vertices converted into it.
+    void trimSharedVertexProperty(SharedVertexProperty& shared);
+
     // The end of the record array is marked by a null entry, so every walk stops there.
     static bool isEnd(const FltRecordIterator& it) { return *it == nullptr; }
 
@@ -235,6 +248,11 @@ protected:
     SharedVertexProperty sharedProperties[4];
 
     std::deque<SoGroup*> nodesStack;
+    // Nodes built while no group was open: in no graph, so the converter keeps them alive
+    // until it ends.
+    std::vector<SoNode*> unattachedNodes;
+    int hierarchyDepth = 0;
+    bool hierarchyTooDeepReported = false;
     SoGroup* currentGroup = nullptr;
     SoGroup* lastPrimaryNode = nullptr;
     SoSeparator* currentObjectSeparator = nullptr;

@@ -1,13 +1,51 @@
-// The walk over the parsed records and the conversion of the header.
+// The walk over the parsed records: dispatch by category and opcode, ancillary records
+// applied to the node before them, children between push and pop levels; and the header.
+#include <Inventor/nodes/SoInfo.h>
 #include <Inventor/nodes/SoNormalBinding.h>
 #include <Inventor/nodes/SoScale.h>
 #include <Inventor/nodes/SoSeparator.h>
 #include <Inventor/nodes/SoShapeHints.h>
 #include <Inventor/nodes/SoTextureCoordinateBinding.h>
 
+#include <cstring>
+#include <string>
+
 #include "convert/FltToInventor.h"
+#include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltParser.h"
+#include "reader/FltRecordClipRegion.h"
+#include "reader/FltRecordColorPalette.h"
+#include "reader/FltRecordControl.h"
+#include "reader/FltRecordDOF.h"
+#include "reader/FltRecordExternalReference.h"
+#include "reader/FltRecordGroupAndObject.h"
 #include "reader/FltRecordHeader.h"
+#include "reader/FltRecordLOD.h"
+#include "reader/FltRecordLightSource.h"
+#include "reader/FltRecordLineStyle.h"
+#include "reader/FltRecordMaterial.h"
+#include "reader/FltRecordNamePalette.h"
+#include "reader/FltRecordSwitch.h"
+#include "reader/FltRecordText.h"
+#include "reader/FltRecordTextureMapping.h"
+#include "reader/FltRecordTexturePattern.h"
+#include "reader/FltRecordTransformations.h"
+#include "reader/FltRecordUnknown.h"
+#include "reader/FltRecordVertex.h"
+
+namespace {
+
+// Primary records nest by recursion (a group visits its children, which may be groups);
+// deeper hierarchies than this are not converted, so that no file can exhaust the stack.
+constexpr int kMaxHierarchyDepth = 500;
+
+// Moves the iterator one record on, never past the end marker.
+void advance(FltRecordIterator& it)
+{
+    if (*it) ++it;
+}
+
+}  // namespace
 
 void FltToInventor::visitAllFltRecords()
 {
@@ -15,7 +53,7 @@ void FltToInventor::visitAllFltRecords()
     std::vector<FltRecord*>& records = fltParser->records;
     if (records.empty() || records.back() != nullptr) records.push_back(nullptr);
 
-    for (FltRecordIterator it = records.begin(); !isEnd(it);) {
+    for (FltRecordIterator it = records.begin(); !isEnd(it); advance(it)) {
         FltRecord* record = *it;
         switch (record->getCategoryKind()) {
         case FltCategory::Primary: visitPrimaryRecord(it); break;
@@ -24,8 +62,6 @@ void FltToInventor::visitAllFltRecords()
         case FltCategory::Palette: visitPaletteRecord(record); break;
         case FltCategory::Unknown: visitUnknownCategoryFltRecord(record); break;
         }
-        // A visit may leave the iterator on the end marker; never step past it.
-        if (!isEnd(it)) ++it;
     }
     allFltRecordsVisited = true;
 }
@@ -34,19 +70,181 @@ void FltToInventor::visitPrimaryRecord(FltRecordIterator& it)
 {
     FltRecord* record = *it;
     if (!record) return;
+    if (hierarchyDepth >= kMaxHierarchyDepth) {
+        if (!hierarchyTooDeepReported) {
+            hierarchyTooDeepReported = true;
+            FltWarningMessageConsole::notifyMessage(
+                "ERROR ! The hierarchy is nested more than " + std::to_string(kMaxHierarchyDepth) +
+                    " levels deep at a record of opcode " + std::to_string(record->getOpcode()) +
+                    ": deeper records are not converted",
+                3, true);
+        }
+        return;
+    }
+    ++hierarchyDepth;
     switch (record->getOpcode()) {
     case 1: visitHeader(dynamic_cast<const FltRecordHeader*>(record)); break;
+    case 2: visitGroup(dynamic_cast<const FltRecordGroup*>(record), it); break;
+    case 3: visitOLDLOD(dynamic_cast<const FltRecordOLDLOD*>(record), it); break;
+    case 4: visitObject(dynamic_cast<const FltRecordObject*>(record), it); break;
+    case 5: visitNextSuccessiveFaces(it); break;
+    case 14: visitDOF(dynamic_cast<const FltRecordDOF*>(record), it); break;
+    case 63: visitExternalReference(dynamic_cast<const FltRecordExternalReference*>(record), it); break;
+    case 73: visitLOD(dynamic_cast<const FltRecordLOD*>(record), it); break;
+    case 95: visitText(dynamic_cast<const FltRecordText*>(record), it); break;
+    case 96: visitSwitch(dynamic_cast<const FltRecordSwitch*>(record), it); break;
+    case 98: visitClipRegion(dynamic_cast<const FltRecordClipRegion*>(record), it); break;
+    default: break;  // light sources, sounds, light points and the rest build nothing
+    }
+    --hierarchyDepth;
+}
+
+void FltToInventor::visitControlRecord(FltRecord* record)
+{
+    if (!record) return;
+    switch (record->getOpcode()) {
+    case 10: visitPushLevel(); break;
+    case 11: visitPopLevel(); break;
+    case 61: visitInstanceReference(dynamic_cast<const FltRecordInstanceReference*>(record)); break;
+    case 62: visitInstanceDefinition(dynamic_cast<const FltRecordInstanceDefinition*>(record)); break;
     default: break;
     }
 }
 
-void FltToInventor::visitControlRecord(FltRecord*) {}
-
-void FltToInventor::visitPaletteRecord(FltRecord*) {}
+void FltToInventor::visitPaletteRecord(FltRecord* record)
+{
+    if (!record) return;
+    switch (record->getOpcode()) {
+    case 32: visitColorPalette(dynamic_cast<const FltRecordColorPalette*>(record)); break;
+    case 64: visitTexturePattern(dynamic_cast<const FltRecordTexturePattern*>(record)); break;
+    case 66: visitOLDMaterialPalette(dynamic_cast<const FltRecordOLDMaterialPalette*>(record)); break;
+    case 67: visitVertexPalette(dynamic_cast<const FltRecordVertexPalette*>(record)); break;
+    case 68: visitVertexColor(dynamic_cast<const FltRecordVertexColor*>(record)); break;
+    case 69: visitVertexColorNormal(dynamic_cast<const FltRecordVertexColorNormal*>(record)); break;
+    case 70: visitVertexColorNormalUV(dynamic_cast<const FltRecordVertexColorNormalUv*>(record)); break;
+    case 71: visitVertexColorUV(dynamic_cast<const FltRecordVertexColorUv*>(record)); break;
+    case 97: visitLineStylePalette(dynamic_cast<const FltRecordLineStylePalette*>(record)); break;
+    case 102: visitLightSourcePalette(dynamic_cast<const FltRecordLightSourcePalette*>(record)); break;
+    case 112: visitTextureMapping(dynamic_cast<const FltRecordTextureMappingPalette*>(record)); break;
+    case 113: visitMaterial(dynamic_cast<const FltRecordMaterial*>(record)); break;
+    case 114: visitNamePalette(dynamic_cast<const FltRecordNamePalette*>(record)); break;
+    default: break;  // sound and eyepoint palettes convert to nothing
+    }
+}
 
 void FltToInventor::visitAncillaryRecord(FltRecord*) {}
 
 void FltToInventor::visitUnknownCategoryFltRecord(FltRecord*) {}
+
+void FltToInventor::iterator2VectorOfAncillaryElements(std::vector<FltRecord*>& out, FltRecordIterator& it)
+{
+    while (!isEnd(it) && (*it)->getCategoryKind() == FltCategory::Ancillary) {
+        out.push_back(*it);
+        ++it;
+    }
+}
+
+void FltToInventor::visitAncillaryRecords(FltRecordIterator& it, SoGroup* node)
+{
+    std::vector<FltRecord*> ancillary;
+    iterator2VectorOfAncillaryElements(ancillary, it);
+    for (auto position = ancillary.begin(); position != ancillary.end(); ++position) {
+        FltRecord* record = *position;
+        switch (record->getOpcode()) {
+        case 31: visitComment(dynamic_cast<const FltRecordComment*>(record), node); break;
+        case 33: visitLongID(dynamic_cast<const FltRecordLongID*>(record), node); break;
+        case 49: visitMatrix(dynamic_cast<const FltRecordMatrix*>(record), node); break;
+        case 60:
+            visitReplicate(dynamic_cast<const FltRecordReplicate*>(record), node, position, ancillary, it);
+            if (position == ancillary.end()) return;
+            break;
+        default: break;  // bounding volumes and modelling transforms convert to nothing
+        }
+    }
+}
+
+void FltToInventor::visitGroupChildren(FltRecordIterator& it)
+{
+    if (isEnd(it)) return;
+    if ((*it)->getOpcode() != 10) {
+        // Without a push level, the single following record is the only child, one level down.
+        visitPushLevel();
+        visitPrimaryRecord(it);
+        visitPopLevel();
+        return;
+    }
+    int depth = 0;
+    for (; !isEnd(it); advance(it)) {
+        const int opcode = (*it)->getOpcode();
+        if (opcode == 10) {
+            ++depth;
+            visitPushLevel();
+        } else if (opcode == 11) {
+            --depth;
+            visitPopLevel();
+            if (depth <= 0) return;
+        } else {
+            visitPrimaryRecord(it);
+        }
+    }
+}
+
+void FltToInventor::visitGroup(const FltRecordGroup* group, FltRecordIterator& it)
+{
+    auto* separator = new SoSeparator;
+    if (group) separator->setName(group->idASCII);
+    lastPrimaryNode = separator;
+    addSoGroupToNodesStackTop(separator);
+    advance(it);
+    visitAncillaryRecords(it, separator);
+    visitGroupChildren(it);
+}
+
+void FltToInventor::visitUnknownPrimaryRecord(const FltRecordUnknown*, FltRecordIterator& it)
+{
+    auto* separator = new SoSeparator;
+    separator->setName("UnknownPrimaryRecord");
+    lastPrimaryNode = separator;
+    addSoGroupToNodesStackTop(separator);
+    advance(it);
+    visitAncillaryRecords(it, separator);
+}
+
+void FltToInventor::visitLongID(const FltRecordLongID* record, SoNode* node)
+{
+    if (record && node) node->setName(record->getText());
+}
+
+void FltToInventor::visitComment(const FltRecordComment* record, SoGroup* node)
+{
+    if (!record || !node) return;
+    // Each line break cuts the text; the piece after it runs to the end of the comment,
+    // since later breaks are not cut yet. So the first line never gets a node of its own
+    // and "A\nB" yields two nodes holding "B": kept on purpose, as the format's readers
+    // always split comments.
+    std::string copy(record->getText());
+    const size_t length = copy.size();
+    auto emit = [&](size_t start) {
+        auto* info = new SoInfo;
+        info->string.setValue(copy.c_str() + start);
+        node->addChild(info);
+    };
+    size_t start = 0;
+    for (size_t i = 0; i <= length; ++i) {
+        const char c = copy[i];
+        if (c == '\r' || c == '\n') {
+            copy[i] = '\0';
+            start = i + 1;
+            if (copy[i + 1] == '\n') {
+                start = i + 2;
+                ++i;
+            }
+            if (copy[start] != '\0') emit(start);
+        } else if (i == length) {
+            if (copy[start] != '\0') emit(start);
+        }
+    }
+}
 
 void FltToInventor::visitHeader(const FltRecordHeader* header)
 {

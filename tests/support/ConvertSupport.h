@@ -1,0 +1,123 @@
+// Converting fixture databases in-process and looking at the resulting scene graph.
+#pragma once
+
+#include <Inventor/SoDB.h>
+#include <Inventor/actions/SoSearchAction.h>
+#include <Inventor/nodes/SoGroup.h>
+#include <Inventor/nodes/SoSeparator.h>
+
+#include <string>
+#include <vector>
+
+#include "FltFixture.h"
+#include "TestSupport.h"
+#include "convert/FltToInventor.h"
+#include "diagnostics/FltWarningMessageConsole.h"
+
+// One conversion of a fixture: the root (released at the end), what went to standard
+// error, the console messages it added and the log file's text.
+class Converted {
+public:
+    Converted(FltFixture& db, const std::string& name = "db.flt") { run(db.bytes(), name); }
+    explicit Converted(const std::string& bytes, const std::string& name = "db.flt") { run(bytes, name); }
+    ~Converted()
+    {
+        if (root) {
+            root->ref();
+            root->unref();
+        }
+    }
+    Converted(const Converted&) = delete;
+    Converted& operator=(const Converted&) = delete;
+
+    std::string log() const { return readFile(path + ".log"); }
+    bool hasMessage(const std::string& text) const
+    {
+        for (const auto& m : messages)
+            if (m == text) return true;
+        return false;
+    }
+
+    ScratchDir dir;
+    std::string path;
+    SoSeparator* root = nullptr;
+    std::string errors;
+    std::vector<std::string> messages;
+    std::vector<int> levels;
+
+private:
+    void run(const std::string& bytes, const std::string& name)
+    {
+        SoDB::init();
+        path = dir.file(name);
+        writeFile(path, bytes);
+        const size_t before = FltWarningMessageConsole::getMessages().size();
+        {
+            CaptureStream out(std::cout), err(std::cerr);
+            root = convertFrom(path.c_str());
+            errors = err.text();
+        }
+        const auto& all = FltWarningMessageConsole::getMessages();
+        for (size_t i = before; i < all.size(); ++i) {
+            messages.push_back(all[i].message);
+            levels.push_back(all[i].level);
+        }
+    }
+};
+
+// The type names of a group's children, in order ("Separator", "ShapeHints", ...).
+inline std::vector<std::string> childTypes(SoNode* node)
+{
+    std::vector<std::string> types;
+    auto* group = dynamic_cast<SoGroup*>(node);
+    if (!group) return types;
+    for (int i = 0; i < group->getNumChildren(); ++i)
+        types.push_back(group->getChild(i)->getTypeId().getName().getString());
+    return types;
+}
+
+// The names of a group's children, in order.
+inline std::vector<std::string> childNames(SoNode* node)
+{
+    std::vector<std::string> names;
+    auto* group = dynamic_cast<SoGroup*>(node);
+    if (!group) return names;
+    for (int i = 0; i < group->getNumChildren(); ++i) names.push_back(group->getChild(i)->getName().getString());
+    return names;
+}
+
+// The first node below root with this name, or null.
+inline SoNode* findNamed(SoNode* root, const char* name)
+{
+    SoSearchAction search;
+    search.setName(name);
+    search.setInterest(SoSearchAction::FIRST);
+    search.setSearchingAll(TRUE);
+    search.apply(root);
+    return search.getPath() ? search.getPath()->getTail() : nullptr;
+}
+
+// Every node below root of this type, in traversal order.
+template <class T>
+std::vector<T*> findAll(SoNode* root)
+{
+    SoSearchAction search;
+    search.setType(T::getClassTypeId());
+    search.setInterest(SoSearchAction::ALL);
+    search.setSearchingAll(TRUE);
+    search.apply(root);
+    std::vector<T*> found;
+    const SoPathList& paths = search.getPaths();
+    for (int i = 0; i < paths.getLength(); ++i) found.push_back(static_cast<T*>(paths[i]->getTail()));
+    return found;
+}
+
+// A group's child by position, as T (null when absent or of another type).
+template <class T>
+T* childAs(SoNode* node, int index)
+{
+    auto* group = dynamic_cast<SoGroup*>(node);
+    if (!group || index < 0 || index >= group->getNumChildren()) return nullptr;
+    SoNode* child = group->getChild(index);
+    return child->isOfType(T::getClassTypeId()) ? static_cast<T*>(child) : nullptr;
+}
