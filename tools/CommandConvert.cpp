@@ -1,5 +1,6 @@
 // qetzflt convert: the scene written as an ASCII or binary Inventor file, or as VRML97.
 #include <Inventor/SbVec3f.h>
+#include <Inventor/SoInput.h>
 #include <Inventor/SoOutput.h>
 #include <Inventor/actions/SoToVRML2Action.h>
 #include <Inventor/actions/SoWriteAction.h>
@@ -69,6 +70,7 @@ int commandConvert(int argc, char** argv)
 
     rewriteTextureNames(conversion.root, conversion.directory, directoryOf(output));
 
+
     SoNode* written = conversion.root;
     SoSeparator* wrapper = nullptr;
     if (args.has("--yup")) {
@@ -81,8 +83,12 @@ int commandConvert(int argc, char** argv)
         written = wrapper;
     }
     SoToVRML2Action toVrml;
+    const std::string outputDir = directoryOf(output);
     if (vrml) {
+        // The image textures it makes load their (rewritten) names at once: from the output's place.
+        SoInput::addDirectoryFirst(outputDir.c_str());
         toVrml.apply(written);
+        SoInput::removeDirectory(outputDir.c_str());
         written = toVrml.getVRML2SceneGraph();
     }
     if (!written) {
@@ -94,7 +100,7 @@ int commandConvert(int argc, char** argv)
 
     SoOutput out;
     int status = kOk;
-    if (!out.openFile(output.c_str())) {
+    if (!makeParentDirectory(output) || !out.openFile(output.c_str())) {
         std::cerr << "qetzflt convert: cannot write " << output << "\n";
         status = kFailed;
     } else {

@@ -104,8 +104,12 @@ int commandRender(int argc, char** argv)
     VirtualDisplay display;
     std::string error;
     Picture picture;
-    const bool drawn = display.ensure(width, height, error) && renderPicture(scene, view, width, height, picture, error) &&
-                       writePng(output, picture, error);
+    bool drawn = display.ensure(width, height, error) && renderPicture(scene, view, width, height, picture, error);
+    if (drawn && !makeParentDirectory(output)) {
+        error = "cannot create the folder of " + output;
+        drawn = false;
+    }
+    drawn = drawn && writePng(output, picture, error);
     scene->unref();
     if (!drawn) {
         std::cerr << "qetzflt render: " << error << "\n";

@@ -149,3 +149,12 @@ std::string relativePath(const std::string& target, const std::string& from)
     fs::path rel = fs::path(target).lexically_relative(from);
     return rel.empty() ? target : rel.string();
 }
+
+bool makeParentDirectory(const std::string& path)
+{
+    const fs::path parent = fs::path(path).parent_path();
+    if (parent.empty()) return true;
+    std::error_code ec;
+    fs::create_directories(parent, ec);
+    return fs::is_directory(parent);
+}

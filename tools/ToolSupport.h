@@ -71,5 +71,8 @@ std::string directoryOf(const std::string& path);
 // below `base`. The result is absolute and normalised.
 std::string resolveAgainst(const std::string& name, const std::string& base);
 
+// Creates the directory that will hold an output file; false when it cannot be.
+bool makeParentDirectory(const std::string& path);
+
 // `target` written relative to the directory `from` (both absolute).
 std::string relativePath(const std::string& target, const std::string& from);
