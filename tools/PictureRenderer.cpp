@@ -218,11 +218,22 @@ bool renderPicture(SoNode* scene, const std::string& view, int width, int height
     camera->orientation.setValue(lookRotation(direction, up));
     SoGetBoundingBoxAction box(viewport);
     box.apply(scene);
-    if (!box.getBoundingBox().isEmpty()) camera->viewAll(scene, viewport, 1.05f);
+    if (!box.getBoundingBox().isEmpty()) {
+        camera->viewAll(scene, viewport, 1.0f);
+        // viewAll frames the bounding sphere, loose for flat databases: step a fifth closer.
+        SbVec3f forward;
+        camera->orientation.getValue().multVec(SbVec3f(0, 0, -1), forward);
+        const float step = camera->focalDistance.getValue() * 0.2f;
+        camera->position = camera->position.getValue() + forward * step;
+        camera->focalDistance = camera->focalDistance.getValue() - step;
+        camera->nearDistance = camera->nearDistance.getValue() * 0.5f;
+    }
 
     glViewport(0, 0, width, height);
     glClearColor(kBackground[0] / 255.0f, kBackground[1] / 255.0f, kBackground[2] / 255.0f, 1.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    // Coin leaves the depth test to the viewer that owns the window, as its GUI bindings do.
+    glEnable(GL_DEPTH_TEST);
     SoGLRenderAction render(viewport);
     render.setCacheContext(SoGLCacheContextElement::getUniqueCacheContext());
     render.setTransparencyType(SoGLRenderAction::SORTED_OBJECT_BLEND);
