@@ -71,7 +71,7 @@ void writeTextures(const fs::path& dir)
     fs::create_directories(dir / "textures");
     fs::create_directories(dir / "parts");
     writeSgiImage((dir / "textures/grass.rgb").string(), 64, 64, [](int x, int y) {
-        const int n = noise(x, y, 7);
+        const int n = noise(x / 8, y / 8, 7) / 2;
         return Rgb{static_cast<uint8_t>(60 + n), static_cast<uint8_t>(130 + n * 2), static_cast<uint8_t>(50 + n)};
     });
     writeSgiImage((dir / "textures/brick.rgb").string(), 64, 64, [](int x, int y) {
