@@ -194,7 +194,13 @@ int FltToInventor::convert()
 void FltToInventor::destroyAllFltRecords()
 {
     if (!fltParser) return;
-    for (FltRecord* record : fltParser->records) delete record;
+    // A continued sound palette stands in the array once per record it decoded, next to
+    // itself: it is freed once.
+    const FltRecord* previous = nullptr;
+    for (FltRecord* record : fltParser->records) {
+        if (record != previous) delete record;
+        previous = record;
+    }
     // Cleared, so that nothing can reach a destroyed record through the parser.
     fltParser->records.clear();
 }
