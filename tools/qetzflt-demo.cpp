@@ -64,7 +64,12 @@ bool writeSgiImage(const std::string& path, int width, int height, const std::fu
 }
 
 // Pseudo-random but repeatable texture noise.
-int noise(int x, int y, int seed) { return static_cast<int>(((x * 73856093) ^ (y * 19349663) ^ seed) & 0xFF) % 24; }
+int noise(int x, int y, int seed)
+{
+    const uint32_t h = (static_cast<uint32_t>(x) * 73856093u) ^ (static_cast<uint32_t>(y) * 19349663u) ^
+                       static_cast<uint32_t>(seed);
+    return static_cast<int>(h & 0xFF) % 24;
+}
 
 void writeTextures(const fs::path& dir)
 {
