@@ -226,7 +226,7 @@ void FltObjectToSoSeparator::visitAllFaces()
         else if (opcode == 20)
             --subfaceDepth;
         else if (opcode == 5)
-            visitFace(dynamic_cast<const FltRecordFace*>(*it), it, end, subfaceDepth);
+            visitFace(fltRecordCast<FltRecordFace>(*it), it, end, subfaceDepth);
     }
 }
 
@@ -251,12 +251,12 @@ void FltObjectToSoSeparator::visitAllVertexList(FltRecordIterator position, FltR
         FltRecord* record = *it;
         switch (record->getOpcode()) {
         case 5: return;
-        case 72: visitVertexList(dynamic_cast<const FltRecordVertexList*>(record), indices, propertyId); break;
-        case 89: visitMorphVertexList(dynamic_cast<const FltRecordMorphVertexList*>(record), indices, propertyId); break;
-        case 7: addOldVertexToSoVertexProperty(dynamic_cast<const FltRecordOldVertex*>(record)); break;
-        case 8: addOldVertexColorToSoVertexProperty(dynamic_cast<const FltRecordOldVertexColor*>(record)); break;
+        case 72: visitVertexList(fltRecordCast<FltRecordVertexList>(record), indices, propertyId); break;
+        case 89: visitMorphVertexList(fltRecordCast<FltRecordMorphVertexList>(record), indices, propertyId); break;
+        case 7: addOldVertexToSoVertexProperty(fltRecordCast<FltRecordOldVertex>(record)); break;
+        case 8: addOldVertexColorToSoVertexProperty(fltRecordCast<FltRecordOldVertexColor>(record)); break;
         case 9:
-            addOldVertexColorNormalToSoVertexProperty(dynamic_cast<const FltRecordOldVertexColorNormal*>(record));
+            addOldVertexColorNormalToSoVertexProperty(fltRecordCast<FltRecordOldVertexColorNormal>(record));
             break;
         default: break;
         }

@@ -83,17 +83,17 @@ void FltToInventor::visitPrimaryRecord(FltRecordIterator& it)
     }
     ++hierarchyDepth;
     switch (record->getOpcode()) {
-    case 1: visitHeader(dynamic_cast<const FltRecordHeader*>(record)); break;
-    case 2: visitGroup(dynamic_cast<const FltRecordGroup*>(record), it); break;
-    case 3: visitOLDLOD(dynamic_cast<const FltRecordOLDLOD*>(record), it); break;
-    case 4: visitObject(dynamic_cast<const FltRecordObject*>(record), it); break;
+    case 1: visitHeader(fltRecordCast<FltRecordHeader>(record)); break;
+    case 2: visitGroup(fltRecordCast<FltRecordGroup>(record), it); break;
+    case 3: visitOLDLOD(fltRecordCast<FltRecordOLDLOD>(record), it); break;
+    case 4: visitObject(fltRecordCast<FltRecordObject>(record), it); break;
     case 5: visitNextSuccessiveFaces(it); break;
-    case 14: visitDOF(dynamic_cast<const FltRecordDOF*>(record), it); break;
-    case 63: visitExternalReference(dynamic_cast<const FltRecordExternalReference*>(record), it); break;
-    case 73: visitLOD(dynamic_cast<const FltRecordLOD*>(record), it); break;
-    case 95: visitText(dynamic_cast<const FltRecordText*>(record), it); break;
-    case 96: visitSwitch(dynamic_cast<const FltRecordSwitch*>(record), it); break;
-    case 98: visitClipRegion(dynamic_cast<const FltRecordClipRegion*>(record), it); break;
+    case 14: visitDOF(fltRecordCast<FltRecordDOF>(record), it); break;
+    case 63: visitExternalReference(fltRecordCast<FltRecordExternalReference>(record), it); break;
+    case 73: visitLOD(fltRecordCast<FltRecordLOD>(record), it); break;
+    case 95: visitText(fltRecordCast<FltRecordText>(record), it); break;
+    case 96: visitSwitch(fltRecordCast<FltRecordSwitch>(record), it); break;
+    case 98: visitClipRegion(fltRecordCast<FltRecordClipRegion>(record), it); break;
     default: break;  // light sources, sounds, light points and the rest build nothing
     }
     --hierarchyDepth;
@@ -105,8 +105,8 @@ void FltToInventor::visitControlRecord(FltRecord* record)
     switch (record->getOpcode()) {
     case 10: visitPushLevel(); break;
     case 11: visitPopLevel(); break;
-    case 61: visitInstanceReference(dynamic_cast<const FltRecordInstanceReference*>(record)); break;
-    case 62: visitInstanceDefinition(dynamic_cast<const FltRecordInstanceDefinition*>(record)); break;
+    case 61: visitInstanceReference(fltRecordCast<FltRecordInstanceReference>(record)); break;
+    case 62: visitInstanceDefinition(fltRecordCast<FltRecordInstanceDefinition>(record)); break;
     default: break;
     }
 }
@@ -115,19 +115,19 @@ void FltToInventor::visitPaletteRecord(FltRecord* record)
 {
     if (!record) return;
     switch (record->getOpcode()) {
-    case 32: visitColorPalette(dynamic_cast<const FltRecordColorPalette*>(record)); break;
-    case 64: visitTexturePattern(dynamic_cast<const FltRecordTexturePattern*>(record)); break;
-    case 66: visitOLDMaterialPalette(dynamic_cast<const FltRecordOLDMaterialPalette*>(record)); break;
-    case 67: visitVertexPalette(dynamic_cast<const FltRecordVertexPalette*>(record)); break;
-    case 68: visitVertexColor(dynamic_cast<const FltRecordVertexColor*>(record)); break;
-    case 69: visitVertexColorNormal(dynamic_cast<const FltRecordVertexColorNormal*>(record)); break;
-    case 70: visitVertexColorNormalUV(dynamic_cast<const FltRecordVertexColorNormalUv*>(record)); break;
-    case 71: visitVertexColorUV(dynamic_cast<const FltRecordVertexColorUv*>(record)); break;
-    case 97: visitLineStylePalette(dynamic_cast<const FltRecordLineStylePalette*>(record)); break;
-    case 102: visitLightSourcePalette(dynamic_cast<const FltRecordLightSourcePalette*>(record)); break;
-    case 112: visitTextureMapping(dynamic_cast<const FltRecordTextureMappingPalette*>(record)); break;
-    case 113: visitMaterial(dynamic_cast<const FltRecordMaterial*>(record)); break;
-    case 114: visitNamePalette(dynamic_cast<const FltRecordNamePalette*>(record)); break;
+    case 32: visitColorPalette(fltRecordCast<FltRecordColorPalette>(record)); break;
+    case 64: visitTexturePattern(fltRecordCast<FltRecordTexturePattern>(record)); break;
+    case 66: visitOLDMaterialPalette(fltRecordCast<FltRecordOLDMaterialPalette>(record)); break;
+    case 67: visitVertexPalette(fltRecordCast<FltRecordVertexPalette>(record)); break;
+    case 68: visitVertexColor(fltRecordCast<FltRecordVertexColor>(record)); break;
+    case 69: visitVertexColorNormal(fltRecordCast<FltRecordVertexColorNormal>(record)); break;
+    case 70: visitVertexColorNormalUV(fltRecordCast<FltRecordVertexColorNormalUv>(record)); break;
+    case 71: visitVertexColorUV(fltRecordCast<FltRecordVertexColorUv>(record)); break;
+    case 97: visitLineStylePalette(fltRecordCast<FltRecordLineStylePalette>(record)); break;
+    case 102: visitLightSourcePalette(fltRecordCast<FltRecordLightSourcePalette>(record)); break;
+    case 112: visitTextureMapping(fltRecordCast<FltRecordTextureMappingPalette>(record)); break;
+    case 113: visitMaterial(fltRecordCast<FltRecordMaterial>(record)); break;
+    case 114: visitNamePalette(fltRecordCast<FltRecordNamePalette>(record)); break;
     default: break;  // sound and eyepoint palettes convert to nothing
     }
 }
@@ -151,11 +151,11 @@ void FltToInventor::visitAncillaryRecords(FltRecordIterator& it, SoGroup* node)
     for (auto position = ancillary.begin(); position != ancillary.end(); ++position) {
         FltRecord* record = *position;
         switch (record->getOpcode()) {
-        case 31: visitComment(dynamic_cast<const FltRecordComment*>(record), node); break;
-        case 33: visitLongID(dynamic_cast<const FltRecordLongID*>(record), node); break;
-        case 49: visitMatrix(dynamic_cast<const FltRecordMatrix*>(record), node); break;
+        case 31: visitComment(fltRecordCast<FltRecordComment>(record), node); break;
+        case 33: visitLongID(fltRecordCast<FltRecordLongID>(record), node); break;
+        case 49: visitMatrix(fltRecordCast<FltRecordMatrix>(record), node); break;
         case 60:
-            visitReplicate(dynamic_cast<const FltRecordReplicate*>(record), node, position, ancillary, it);
+            visitReplicate(fltRecordCast<FltRecordReplicate>(record), node, position, ancillary, it);
             if (position == ancillary.end()) return;
             break;
         default: break;  // bounding volumes and modelling transforms convert to nothing

@@ -33,22 +33,27 @@ public:
     uint16_t u16(size_t offset) const
     {
         if (!has(offset, 2)) return fail<uint16_t>();
-        return static_cast<uint16_t>((byte(offset) << 8) | byte(offset + 1));
+        uint16_t value;
+        std::memcpy(&value, data_ + offset, 2);
+        return fromBigEndian(value);
     }
     int16_t i16(size_t offset) const { return static_cast<int16_t>(u16(offset)); }
 
     uint32_t u32(size_t offset) const
     {
         if (!has(offset, 4)) return fail<uint32_t>();
-        return (uint32_t(byte(offset)) << 24) | (uint32_t(byte(offset + 1)) << 16) |
-               (uint32_t(byte(offset + 2)) << 8) | uint32_t(byte(offset + 3));
+        uint32_t value;
+        std::memcpy(&value, data_ + offset, 4);
+        return fromBigEndian(value);
     }
     int32_t i32(size_t offset) const { return static_cast<int32_t>(u32(offset)); }
 
     uint64_t u64(size_t offset) const
     {
         if (!has(offset, 8)) return fail<uint64_t>();
-        return (uint64_t(u32(offset)) << 32) | u32(offset + 4);
+        uint64_t value;
+        std::memcpy(&value, data_ + offset, 8);
+        return fromBigEndian(value);
     }
 
     float f32(size_t offset) const
@@ -87,7 +92,31 @@ public:
     }
 
 private:
-    unsigned byte(size_t offset) const { return static_cast<unsigned char>(data_[offset]); }
+    // The file's most significant byte comes first; a little-endian host reverses the bytes.
+    static uint16_t fromBigEndian(uint16_t v)
+    {
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+        return __builtin_bswap16(v);
+#else
+        return v;
+#endif
+    }
+    static uint32_t fromBigEndian(uint32_t v)
+    {
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+        return __builtin_bswap32(v);
+#else
+        return v;
+#endif
+    }
+    static uint64_t fromBigEndian(uint64_t v)
+    {
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+        return __builtin_bswap64(v);
+#else
+        return v;
+#endif
+    }
 
     template <typename T>
     T fail() const

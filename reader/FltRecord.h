@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <ostream>
 #include <string>
+#include <typeinfo>
 
 class FltBytes;
 class FltDump;
@@ -109,6 +110,16 @@ public:
     int32_t formatRevision = 0;
     bool rgbMode = false;
 };
+
+// The record as a T: when it is exactly a T (the class the opcode table builds for the
+// opcode a dispatch tested) by a type comparison, else as dynamic_cast finds it. Walks cast
+// every record, and the exact case is the common one.
+template <class T>
+const T* fltRecordCast(const FltRecord* record)
+{
+    if (record && typeid(*record) == typeid(T)) return static_cast<const T*>(record);
+    return dynamic_cast<const T*>(record);
+}
 
 // Maps a category string to its kind; any other text is Unknown.
 FltCategory fltCategoryFromString(const std::string& category);
