@@ -29,7 +29,6 @@ namespace {
 
 const char* const kVertexPropertyNames[4] = {"vertexColorProperty", "vertexColorNormalProperty",
                                              "vertexColorUVProperty", "vertexColorNormalUVProperty"};
-constexpr int32_t kInitialVertexCapacity = 100000;
 
 }  // namespace
 
@@ -103,14 +102,11 @@ void FltToInventor::init()
         shared.property = new SoVertexProperty;
         shared.property->ref();
         shared.property->setName(kVertexPropertyNames[i]);
-        shared.capacity = kInitialVertexCapacity;
+        shared.capacity = kSharedVertexCapacity;
         shared.id = i + 1;
         shared.positionTarget = shared.property;
-        // Sized once in advance; entries past the count are never read.
-        shared.property->vertex.setNum(kInitialVertexCapacity);
-        shared.property->orderedRGBA.setNum(kInitialVertexCapacity);
-        if (hasNormals(shared.id)) shared.property->normal.setNum(kInitialVertexCapacity);
-        if (hasTexCoords(shared.id)) shared.property->texCoord.setNum(kInitialVertexCapacity);
+        // The fields get their 100000 entries with the first vertex of their kind (see
+        // appendVertex), so that a database without that kind allocates nothing for it.
     }
     currentPaletteOffset = 8;
 

@@ -240,6 +240,8 @@ public:
     SoGroup* getNodesStackTop() const;
 
     static constexpr int kColorTableSize = 4152;
+    // The entries each shared vertex property holds before it first grows.
+    static constexpr int32_t kSharedVertexCapacity = 100000;
 
     // Scratch space of the object builder, kept from face to face.
     std::vector<std::pair<int, int32_t>> scratchVertices;
@@ -250,6 +252,7 @@ public:
         SoVertexProperty* property = nullptr;
         int32_t count = 0;
         int32_t capacity = 0;
+        bool sized = false;  // fields sized to the initial capacity
         // The property whose vertex field receives this one's positions (see appendVertex).
         SoVertexProperty* positionTarget = nullptr;
     };

@@ -140,4 +140,5 @@ void FltToInventor::trimSharedVertexProperty(SharedVertexProperty& shared)
     property->texCoord.touch();
     // The fields now hold exactly count entries: the next vertex appended grows them afresh.
     shared.capacity = count;
+    shared.sized = true;
 }

@@ -113,6 +113,15 @@ void FltToInventor::appendVertex(SharedVertexProperty& shared, const FltRecordVe
     const int count = shared.count;
     const bool normals = hasNormals(shared.id);
     const bool texCoords = hasTexCoords(shared.id);
+    if (!shared.sized && property->vertex.getNum() <= count) {
+        // The fields hold 100000 entries from the start and grow past that. Each entry below
+        // the count is written before anything reads it, so the first sizing fills nothing.
+        shared.sized = true;
+        if (normals) property->normal.setNum(kSharedVertexCapacity);
+        if (texCoords) property->texCoord.setNum(kSharedVertexCapacity);
+        property->orderedRGBA.setNum(kSharedVertexCapacity);
+        property->vertex.setNum(kSharedVertexCapacity);
+    }
     if (property->vertex.getNum() <= count) {
         const int newSize = static_cast<int>(count * 1.5 + 100.0);
         if (normals) growField(property->normal, newSize, SbVec3f(0, 0, 0));
