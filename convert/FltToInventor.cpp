@@ -48,6 +48,11 @@ SoSeparator* FltToInventor::convertFromFile(const char* path)
     if (!SoDB::isInitialized()) SoDB::init();
 
     SoSeparator* root = nullptr;
+    // Repeated messages of one conversion are summed up when it ends.
+    struct ConversionMessages {
+        ConversionMessages() { FltWarningMessageConsole::beginConversion(); }
+        ~ConversionMessages() { FltWarningMessageConsole::endConversion(); }
+    } messages;
     try {
         FltFileInput fileInput(path);
         FltToInventor converter;

@@ -43,6 +43,13 @@ public:
     // Forgets every stored message; for hosts that convert many files in one process.
     static void clearMessages();
 
+    // Within a conversion, a message given more than kMaxRepeats times with the same text is
+    // kept and echoed only that often; when the outermost conversion ends, one line says
+    // how many times more it came. A damaged file can thus not fill memory or the terminal.
+    static constexpr int kMaxRepeats = 1000;
+    static void beginConversion();
+    static void endConversion();
+
     static int currentWarningLevel;
 
 private:

@@ -11,6 +11,8 @@ class FltCreationVisitor : public FltVersion {
 public:
     virtual void visitFltRawData(FltRecord*& out, const FltRawData* raw) = 0;
     virtual ~FltCreationVisitor() = default;
+    // True when the record just built is shorter than the layout its decoder reads.
+    virtual bool wasLastRecordShort() const { return false; }
 };
 
 // The factory of the OpenFlight 15.7 record set (opcodes 0 to 114). Every opcode yields
@@ -22,7 +24,9 @@ public:
     void visitFltRawData(FltRecord*& out, const FltRawData* raw) override;
 
     // Creates the object an opcode names, without decoding it; null never.
-    static FltRecord* createRecord(unsigned int opcode, unsigned int length, int revision);
+    static AbstractFltRecord* createRecord(unsigned int opcode, unsigned int length, int revision);
+
+    bool wasLastRecordShort() const override { return lastRecordShort; }
 
     // Where dumps go; null switches the dump off.
     void setDumpStream(std::ostream* stream) { dumpStream = stream; }
@@ -34,4 +38,5 @@ public:
 
 private:
     std::ostream* dumpStream;
+    bool lastRecordShort = false;
 };

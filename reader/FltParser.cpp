@@ -87,6 +87,7 @@ void FltParser::fltRecordsVectorBuild(FltRawData* raw)
 int FltParser::run()
 {
     rawDataCount = 0;
+    shortRecords = 0;
     if (!isAnOpenFlightInput(input)) return 1;
     std::cout << "beginning of parsing\n";
     if (auto* factory = dynamic_cast<Flt_15_7_CreationVisitor*>(creationVisitor)) factory->previousRecord = nullptr;
@@ -125,6 +126,7 @@ int FltParser::run()
         // modified: the view is bounded by the record's length, so no copy is needed.
         FltRawData raw(opcode, length, buffer + offset);
         fltRecordsVectorBuild(&raw);
+        if (creationVisitor->wasLastRecordShort()) reportShortRecord(opcode, offset, length);
         ++rawDataCount;
         if (rawDataCount == 1) {
             // The entry test makes the first record a header.
@@ -137,9 +139,26 @@ int FltParser::run()
         }
         offset += length;
     }
+    if (shortRecords > kShortRecordsReported)
+        FltWarningMessageConsole::notifyMessage(
+            "WARNING ! " + std::to_string(shortRecords - kShortRecordsReported) +
+                " more records were shorter than their layout (their missing fields read as zero)",
+            2, true);
     std::cout << "end of parsing\n";
     allRecordsCreated = complete;
     return 0;
+}
+
+void FltParser::reportShortRecord(unsigned opcode, uint64_t offset, unsigned length)
+{
+    // The first few are named one by one, the rest counted in one line at the end.
+    if (++shortRecords > kShortRecordsReported) return;
+    FltWarningMessageConsole::notifyMessage("WARNING ! Record of opcode " + std::to_string(opcode) +
+                                                " at byte offset " + std::to_string(offset) + " is " +
+                                                std::to_string(length) +
+                                                " bytes long, shorter than its layout: the fields past its end "
+                                                "read as zero",
+                                            2, true);
 }
 
 std::ostream& FltParser::showAllFltRecords(std::ostream& os) const

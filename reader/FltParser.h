@@ -55,4 +55,9 @@ public:
     bool allRecordsCreated = false;
     uint64_t rawDataCount = 0;
     std::vector<FltRecordObserver*> observers;
+
+private:
+    void reportShortRecord(unsigned opcode, uint64_t offset, unsigned length);
+    static constexpr uint64_t kShortRecordsReported = 10;
+    uint64_t shortRecords = 0;
 };

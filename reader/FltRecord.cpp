@@ -41,9 +41,13 @@ std::ostream& AbstractFltRecord::properties(std::ostream& os) const
     return os;
 }
 
-void AbstractFltRecord::getPropertiesFromData(char* data)
+void AbstractFltRecord::getPropertiesFromData(char* data) { decodeFrom(data, data ? length : 0); }
+
+bool AbstractFltRecord::decodeFrom(const char* data, size_t size)
 {
-    decode(FltBytes(data, data ? length : 0));
+    const FltBytes in(data, size);
+    decode(in);
+    return in.truncated();
 }
 
 void AbstractFltRecord::decode(const FltBytes&) {}

@@ -51,6 +51,9 @@ public:
     std::ostream& nameOpcodeAndLength(std::ostream& os) const override;
     std::ostream& properties(std::ostream& os) const override;
     void getPropertiesFromData(char* data) override;
+    // Decodes from size bytes at data; true when the layout read past them (those fields
+    // read as zero).
+    bool decodeFrom(const char* data, size_t size);
     // "  (" category ")" and the opcode and length line.
     virtual std::ostream& opcodeAndLength(std::ostream& os) const;
 

@@ -46,7 +46,7 @@ struct FltSoundEntry {
 // of the packed names at 16, then from 32 one 12-byte entry per sound (index, reserved,
 // fileNameOffset). Subtype 2, the data: dataLength at 8 and the packed, NUL-separated file
 // names from 12. The factory hands a sound palette that directly follows another to the
-// same object (decodeContinuation), so one object ends up holding both parts; each decode
+// same object (decodeFrom with the new bytes), so one object ends up holding both parts; each decode
 // replaces only the part of its own subtype. The dump shows the part of the subtype
 // decoded last. Counts and lengths from the file are trusted only as far as the record
 // holds the bytes they announce.
@@ -60,8 +60,6 @@ public:
     const char* getHeading() const override { return "\n SOUND PALETTE RECORD "; }
     void decode(const FltBytes& in) override;
     void dumpFields(FltDump& out) const override;
-    // Decodes a following sound palette record into this object.
-    void decodeContinuation(const char* data, unsigned int size) { decode(FltBytes(data, size)); }
 
     int32_t subType = 0;
 

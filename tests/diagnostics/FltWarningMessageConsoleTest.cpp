@@ -59,3 +59,25 @@ TEST_F(ConsoleTest, warningLevelIsStoredButFiltersNothing)
     EXPECT_EQ(FltWarningMessageConsole::getInstance(), FltWarningMessageConsole::getInstance());
     FltWarningMessageConsole::setWarningLevel(0);
 }
+
+TEST_F(ConsoleTest, repeatsWithinAConversionAreCappedAndSummedUpAtItsEnd)
+{
+    CaptureStream err(std::cerr);
+    FltWarningMessageConsole::beginConversion();
+    FltWarningMessageConsole::beginConversion();  // a nested conversion shares the count
+    for (int i = 0; i < FltWarningMessageConsole::kMaxRepeats + 5; ++i)
+        FltWarningMessageConsole::notifyMessage("WARNING ! again", 3, false);
+    FltWarningMessageConsole::notifyMessage("WARNING ! other", 2, false);
+    FltWarningMessageConsole::endConversion();
+    EXPECT_EQ(FltWarningMessageConsole::getMessages().size(), size_t(FltWarningMessageConsole::kMaxRepeats + 1));
+    FltWarningMessageConsole::endConversion();
+    const auto& all = FltWarningMessageConsole::getMessages();
+    ASSERT_EQ(all.size(), size_t(FltWarningMessageConsole::kMaxRepeats + 2));
+    EXPECT_EQ(all.back().message, "WARNING ! The message \"WARNING ! again\" came 5 more times and was not repeated");
+    EXPECT_EQ(all.back().level, 3);
+    // Outside a conversion nothing is capped.
+    for (int i = 0; i < FltWarningMessageConsole::kMaxRepeats + 5; ++i)
+        FltWarningMessageConsole::notifyMessage("WARNING ! again", 3, false);
+    EXPECT_EQ(all.size(), size_t(2 * FltWarningMessageConsole::kMaxRepeats + 7));
+    EXPECT_EQ(err.text(), "");
+}

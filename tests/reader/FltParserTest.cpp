@@ -166,6 +166,36 @@ TEST_F(ParserTest, trailingBytesTooFewForAHeaderStopTheParse)
     EXPECT_EQ(lastMessage(), "ERROR ! 2 bytes at byte offset 324 are too few for a record header: parsing stopped");
 }
 
+TEST_F(ParserTest, recordShorterThanItsLayoutIsNamedWithItsOffset)
+{
+    FltFixture db;
+    db.header(1570).push();
+    db.add(FltRecordBytes(5, 64));   // a 15.7 face needs 80 bytes
+    db.add(FltRecordBytes(89, 12));  // a morph vertex list reads past its end by design
+    db.pop();
+    ParsedBytes p(db.bytes());
+    CaptureStream out(std::cout), err(std::cerr);
+    ASSERT_EQ(p.parser.run(), 0);
+    ASSERT_EQ(FltWarningMessageConsole::getMessages().size(), 1u);
+    EXPECT_EQ(lastMessage(),
+              "WARNING ! Record of opcode 5 at byte offset 328 is 64 bytes long, shorter than its layout: the fields "
+              "past its end read as zero");
+    EXPECT_EQ(FltWarningMessageConsole::getMessages()[0].level, 2);
+    EXPECT_EQ(p.parser.records.size(), 5u);
+}
+
+TEST_F(ParserTest, manyShortRecordsAreNamedTenTimesThenCounted)
+{
+    FltFixture db;
+    db.header(1570);
+    for (int i = 0; i < 25; ++i) db.add(FltRecordBytes(73, 8));
+    ParsedBytes p(db.bytes());
+    CaptureStream out(std::cout), err(std::cerr);
+    ASSERT_EQ(p.parser.run(), 0);
+    ASSERT_EQ(FltWarningMessageConsole::getMessages().size(), 11u);
+    EXPECT_EQ(lastMessage(), "WARNING ! 15 more records were shorter than their layout (their missing fields read as zero)");
+}
+
 TEST_F(ParserTest, continuedSoundPaletteIsStoredTwiceAndCountedAsTwoCuts)
 {
     FltFixture db;
