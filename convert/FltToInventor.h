@@ -278,7 +278,7 @@ protected:
     bool fileLogging = false;
     std::streambuf* savedStandardOutput = nullptr;
 
-    // ---- Switch children ----
+    // ---- Switch children, external references and instances ----
 public:
     // A switch's property string read back by the rule that decides its children: the
     // first three numbers of the list (current mask, then a separator or a misread digit,
@@ -294,7 +294,22 @@ public:
     // off whenever the selected element lies outside the list.
     static bool isSwitchChildOn(const SwitchMaskList& list, long long childIndex);
 
+    // The file an external reference opens: the current directory (may be null) and the
+    // name as written, less a leading "./" or ".\".
+    static std::string externalReferencePath(const char* dirName, const std::string& name);
+    // The prefix a nested converter puts before texture names: ours, then the directory
+    // part of the reference's name as written and a slash.
+    static std::string nestedRelativePath(const std::string& current, const std::string& name);
+
+    // Chains of external references deeper than this are not followed.
+    static constexpr size_t kMaxExternalReferenceDepth = 32;
+
 protected:
+    // True when adding `instance` under `parent` would make the instance contain itself.
+    bool wouldContainItself(SoGroup* instance, SoGroup* parent) const;
+    // Records the canonical name of the file being converted as the first link of a chain.
+    void startReferenceChain();
+
     // What deciding the next child of a switch separator needs, gathered from the children
     // added since the last child (children are only ever appended), so that each child
     // costs the same whatever the switch already holds.
