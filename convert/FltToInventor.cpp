@@ -1,6 +1,8 @@
 // The conversion run: entry points, converter set-up and teardown, the log file.
 #include "convert/FltToInventor.h"
 
+#include "convert/FltFieldUtil.h"
+
 #include <Inventor/SoDB.h>
 #include <Inventor/nodes/SoDrawStyle.h>
 #include <Inventor/nodes/SoLabel.h>
@@ -19,19 +21,13 @@
 #include "reader/FltParser.h"
 #include "reader/FltRecord.h"
 
+using fltfield::releaseIfUnused;
+
 namespace {
 
 const char* const kVertexPropertyNames[4] = {"vertexColorProperty", "vertexColorNormalProperty",
                                              "vertexColorUVProperty", "vertexColorNormalUVProperty"};
 constexpr int32_t kInitialVertexCapacity = 100000;
-
-// Frees a node that no part of the graph took up, and leaves the others to the graph.
-void releaseIfUnused(SoNode* node)
-{
-    if (!node) return;
-    node->ref();
-    node->unref();
-}
 
 }  // namespace
 
@@ -98,22 +94,12 @@ void FltToInventor::init()
         shared.property->setName(kVertexPropertyNames[i]);
         shared.capacity = kInitialVertexCapacity;
         shared.id = i + 1;
+        shared.positionTarget = shared.property;
+        // Sized once in advance; entries past the count are never read.
         shared.property->vertex.setNum(kInitialVertexCapacity);
-        shared.vertexCursor = shared.property->vertex.startEditing();
-        shared.property->vertex.finishEditing();
         shared.property->orderedRGBA.setNum(kInitialVertexCapacity);
-        shared.colorCursor = shared.property->orderedRGBA.startEditing();
-        shared.property->orderedRGBA.finishEditing();
-        if (hasNormals(shared.id)) {
-            shared.property->normal.setNum(kInitialVertexCapacity);
-            shared.normalCursor = shared.property->normal.startEditing();
-            shared.property->normal.finishEditing();
-        }
-        if (hasTexCoords(shared.id)) {
-            shared.property->texCoord.setNum(kInitialVertexCapacity);
-            shared.texCoordCursor = shared.property->texCoord.startEditing();
-            shared.property->texCoord.finishEditing();
-        }
+        if (hasNormals(shared.id)) shared.property->normal.setNum(kInitialVertexCapacity);
+        if (hasTexCoords(shared.id)) shared.property->texCoord.setNum(kInitialVertexCapacity);
     }
     currentPaletteOffset = 8;
 
@@ -208,7 +194,13 @@ int FltToInventor::convert()
 void FltToInventor::destroyAllFltRecords()
 {
     if (!fltParser) return;
-    for (FltRecord* record : fltParser->records) delete record;
+    // A continued sound palette stands in the array once per record it decoded, next to
+    // itself: it is freed once.
+    const FltRecord* previous = nullptr;
+    for (FltRecord* record : fltParser->records) {
+        if (record != previous) delete record;
+        previous = record;
+    }
     // Cleared, so that nothing can reach a destroyed record through the parser.
     fltParser->records.clear();
 }

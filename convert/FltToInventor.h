@@ -81,6 +81,21 @@ struct VertexEntry {
     SoVertexProperty* property = nullptr;
 };
 
+// Vertex palette offsets to converted vertices. Offsets arrive in increasing order while
+// the palette is walked, so a sorted vector answers each lookup by binary search.
+class FltVertexOffsetMap {
+public:
+    // The entry of an offset, created when absent.
+    VertexEntry& insert(uint64_t offset);
+    // The entry of an offset, or null when no vertex record starts there.
+    const VertexEntry* find(uint64_t offset) const;
+    size_t size() const { return entries_.size(); }
+    const std::vector<std::pair<uint64_t, VertexEntry>>& entries() const { return entries_; }
+
+private:
+    std::vector<std::pair<uint64_t, VertexEntry>> entries_;
+};
+
 // Ids of the four shared vertex properties; 5 stands for none of them.
 enum FltVertexPropertyId {
     VERTEX_COLOR_PROPERTY_ID = 1,
@@ -214,10 +229,8 @@ public:
         SoVertexProperty* property = nullptr;
         int32_t count = 0;
         int32_t capacity = 0;
-        SbVec3f* vertexCursor = nullptr;
-        SbVec3f* normalCursor = nullptr;
-        SbVec2f* texCoordCursor = nullptr;
-        uint32_t* colorCursor = nullptr;
+        // The property whose vertex field receives this one's positions (see appendVertex).
+        SoVertexProperty* positionTarget = nullptr;
     };
 
     static bool hasNormals(int propertyId)
@@ -232,6 +245,13 @@ public:
 protected:
     // Shrinks a shared property's fields to the vertices converted into it.
     void trimSharedVertexProperty(SharedVertexProperty& shared);
+    // Appends one vertex record to its shared property and records its offset.
+    void appendVertex(SharedVertexProperty& shared, const FltRecordVertexColor* record, uint32_t rgba);
+    // Sets one entry of the palette material (shininess 0..128 and alpha as in the file).
+    void setPaletteMaterial(int index, const float ambient[3], const float diffuse[3], const float specular[3],
+                            const float emissive[3], float shininess, float alpha);
+    // The packed RGBA of a vertex by its flags, packed colour or colour index.
+    uint32_t vertexColor(const FltRecordVertexColor* record, bool normalUvKind) const;
 
     // The end of the record array is marked by a null entry, so every walk stops there.
     static bool isEnd(const FltRecordIterator& it) { return *it == nullptr; }
@@ -264,7 +284,7 @@ protected:
     std::map<int, SoTexture2*> textures;
     std::map<int, void*> indexToPointer;
     std::map<int, std::string> names;
-    std::map<uint64_t, VertexEntry> offsetToVertexEntry;
+    FltVertexOffsetMap offsetToVertexEntry;
     uint64_t currentPaletteOffset = 8;
     std::map<std::string, SoSeparator*> externalFiles;
     std::map<int, SoSeparator*> instances;

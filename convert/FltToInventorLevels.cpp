@@ -106,8 +106,4 @@ void FltToInventor::trimSharedVertexProperty(SharedVertexProperty& shared)
     property->texCoord.touch();
     // The fields now hold exactly count entries: the next vertex appended grows them afresh.
     shared.capacity = count;
-    shared.vertexCursor = nullptr;
-    shared.colorCursor = nullptr;
-    shared.normalCursor = nullptr;
-    shared.texCoordCursor = nullptr;
 }

@@ -54,11 +54,13 @@ public:
         std::memcpy(&bits, &value, 8);
         return be(offset, bits, 8);
     }
-    // Copies at most n bytes of text; the rest of the n bytes stay zero.
+    // Copies at most n bytes of text; the rest of the n bytes are set to zero.
     FltRecordBytes& chars(size_t offset, const std::string& text, size_t n)
     {
         char* p = at(offset, n);
-        std::memcpy(p, text.data(), text.size() < n ? text.size() : n);
+        const size_t copied = text.size() < n ? text.size() : n;
+        std::memcpy(p, text.data(), copied);
+        std::memset(p + copied, 0, n - copied);
         return *this;
     }
     // A packed colour as the file stores it: alpha, blue, green, red.

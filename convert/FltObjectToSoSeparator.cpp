@@ -1,0 +1,594 @@
+// The geometry of one object: faces sorted into eight groups, one material entry per face,
+// indexed face sets over the shared vertex properties, split by texture pattern.
+#include "convert/FltObjectToSoSeparator.h"
+
+#include <Inventor/SbColor.h>
+#include <Inventor/nodes/SoIndexedFaceSet.h>
+#include <Inventor/nodes/SoMaterial.h>
+#include <Inventor/nodes/SoMaterialBinding.h>
+#include <Inventor/nodes/SoPolygonOffset.h>
+#include <Inventor/nodes/SoSeparator.h>
+#include <Inventor/nodes/SoTexture2.h>
+#include <Inventor/nodes/SoVertexProperty.h>
+
+#include <iostream>
+
+#include "convert/FltFieldUtil.h"
+#include "diagnostics/FltWarningMessageConsole.h"
+#include "reader/FltRecordFace.h"
+#include "reader/FltRecordVertex.h"
+
+using fltfield::entryOr;
+using fltfield::setEntry;
+
+namespace {
+
+const char* const kFaceMaterialNames[4] = {"faceVertexColorSoMaterialSet", "faceVertexColorNormalSoMaterialSet",
+                                           "faceVertexColorUVSoMaterialSet", "faceVertexColorNormalUVSoMaterialSet"};
+const char* const kSubfaceMaterialNames[4] = {
+    "subFaceVertexColorSoMaterialSet", "subFaceVertexColorNormalSoMaterialSet", "subFaceVertexColorUVSoMaterialSet",
+    "subFaceVertexColorNormalUVSoMaterialSet"};
+
+// Inventor's own material defaults, for entries that nothing else defines.
+const SbColor kDefaultAmbient(0.2f, 0.2f, 0.2f);
+const SbColor kDefaultDiffuse(0.8f, 0.8f, 0.8f);
+const SbColor kBlack(0, 0, 0);
+constexpr float kDefaultShininess = 0.2f;
+
+// One entry of the converter's palette material; an index the palette does not hold reads
+// Inventor's default material.
+struct PaletteEntry {
+    SbColor ambient, diffuse, specular, emissive;
+    float shininess, transparency;
+};
+
+PaletteEntry paletteEntry(const SoMaterial* palette, int m)
+{
+    return {entryOr(palette->ambientColor, m, kDefaultAmbient), entryOr(palette->diffuseColor, m, kDefaultDiffuse),
+            entryOr(palette->specularColor, m, kBlack),       entryOr(palette->emissiveColor, m, kBlack),
+            entryOr(palette->shininess, m, kDefaultShininess), entryOr(palette->transparency, m, 0.0f)};
+}
+
+// Writes ambient, diffuse, specular, emissive and shininess of one entry.
+void setColors(SoMaterial* m, int e, const SbColor& ambient, const SbColor& diffuse, const SbColor& specular,
+               const SbColor& emissive, float shininess)
+{
+    setEntry(m->ambientColor, e, ambient, kDefaultAmbient);
+    setEntry(m->diffuseColor, e, diffuse, kDefaultDiffuse);
+    setEntry(m->specularColor, e, specular, kBlack);
+    setEntry(m->emissiveColor, e, emissive, kBlack);
+    setEntry(m->shininess, e, shininess, kDefaultShininess);
+}
+
+void setTransparency(SoMaterial* m, int e, float transparency) { setEntry(m->transparency, e, transparency, 0.0f); }
+
+// The face's packed colour as red, green and blue from 0 to 1 (bytes 3, 2 and 1).
+SbColor packedRgb(const FltRecordFace* face)
+{
+    return SbColor(face->packedColor[3] / 255.0f, face->packedColor[2] / 255.0f, face->packedColor[1] / 255.0f);
+}
+
+SbColor multiply(const SbColor& a, const SbColor& b) { return SbColor(a[0] * b[0], a[1] * b[1], a[2] * b[2]); }
+
+// Transparency of a face with a material: the face's transparency weighted by the object's
+// raw transparency, which is used as it stands (the established formula).
+float materialFaceTransparency(const FltRecordFace* face, float objectTransparency, float materialTransparency)
+{
+    return static_cast<float>((face->transparency * objectTransparency / -65535.0 + 1.0) * materialTransparency);
+}
+
+}  // namespace
+
+FltObjectToSoSeparator::FltObjectToSoSeparator()
+{
+    for (int subface = 0; subface < 2; ++subface) {
+        for (int i = 0; i < 4; ++i) {
+            SoMaterial* material = new SoMaterial;
+            material->ref();
+            material->setName(subface ? kSubfaceMaterialNames[i] : kFaceMaterialNames[i]);
+            groups[subface][i].material = material;
+        }
+    }
+    for (OldVertexFaces* faces : {&oldVertex, &oldVertexColor, &oldVertexColorNormal}) {
+        faces->property = new SoVertexProperty;
+        faces->property->ref();
+    }
+    oldVertex.property->setName("oldVertexProperty");
+    oldVertexColor.property->setName("oldVertexColorProperty");
+    oldVertexColorNormal.property->setName("oldVertexColorNormalProperty");
+}
+
+FltObjectToSoSeparator::~FltObjectToSoSeparator()
+{
+    for (auto& row : groups)
+        for (FaceGroup& group : row) group.material->unref();
+    for (OldVertexFaces* faces : {&oldVertex, &oldVertexColor, &oldVertexColorNormal}) faces->property->unref();
+}
+
+void FltObjectToSoSeparator::setCurrentIterator(FltRecordIterator begin)
+{
+    begin_ = begin;
+    iteratorSet = true;
+}
+
+void FltObjectToSoSeparator::setFltToInventor(FltToInventor* value)
+{
+    converter = value;
+    if (converter) {
+        formatRevision = converter->getFormatRevision();
+        rgbMode = converter->isPackedColorMode();
+    }
+}
+
+void FltObjectToSoSeparator::buildFinalSoSeparator()
+{
+    if (!converter || !iteratorSet || !destination) {
+        FltWarningMessageConsole::notifyMessage(
+            "ERROR! In class FltObjectToSoSeparator: Try to build A SoSeparator from a FLT object\n"
+            " but some fields aren't correctly initialized",
+            3, true);
+        return;
+    }
+    auto* binding = new SoMaterialBinding;
+    binding->value = SoMaterialBinding::PER_FACE_INDEXED;
+    destination->addChild(binding);
+    traverseObjectPrimaryRecords();
+    built = true;
+}
+
+void FltObjectToSoSeparator::traverseObjectPrimaryRecords()
+{
+    visitAllFaces();
+    for (int id = VERTEX_COLOR_PROPERTY_ID; id <= VERTEX_COLOR_NORMAL_UV_PROPERTY_ID; ++id) {
+        SoVertexProperty* property = converter->getVertexPropertyFromIntId(id);
+        FaceGroup& faces = faceGroup(id, false);
+        if (!faces.coordIndex.empty()) {
+            destination->addChild(faces.material);
+            buildAndAddIndexedFaceSetFromIndicesVector(faces.coordIndex, faces.materialIndex, faces.textures, property);
+        }
+        FaceGroup& subfaces = faceGroup(id, true);
+        if (!subfaces.coordIndex.empty()) {
+            // The offset is never reset: it holds for every node after it in the separator.
+            addPolygonOffset();
+            destination->addChild(subfaces.material);
+            buildAndAddIndexedFaceSetFromIndicesVector(subfaces.coordIndex, subfaces.materialIndex,
+                                                       subfaces.textures, property);
+        }
+    }
+    // Old vertex faces: the colour face set is built only where colour-and-normal faces exist
+    // too, and faces of plain old vertices never are. Both kept on purpose.
+    if (!oldVertexColorNormal.coordIndex.empty()) buildAndAddIndexedFaceSetFromOldVertexColorNormal();
+    if (!oldVertexColorNormal.coordIndex.empty()) buildAndAddIndexedFaceSetFromOldVertexColor();
+}
+
+void FltObjectToSoSeparator::addPolygonOffset()
+{
+    auto* offset = new SoPolygonOffset;
+    offset->factor = -1.0f;
+    offset->units = -30.0f;
+    destination->addChild(offset);
+}
+
+std::vector<FltRecord*> FltObjectToSoSeparator::getAllRecordsFromFltObject() const
+{
+    // The object's subtree: from its first record to the pop level that closes the first push.
+    std::vector<FltRecord*> records;
+    int depth = 0;
+    for (FltRecordIterator it = begin_; *it; ++it) {
+        records.push_back(*it);
+        const int opcode = (*it)->getOpcode();
+        if (opcode == 10) {
+            ++depth;
+        } else if (opcode == 11) {
+            if (depth == 1) break;
+            --depth;
+        }
+    }
+    return records;
+}
+
+void FltObjectToSoSeparator::visitAllFaces()
+{
+    const std::vector<FltRecord*> records = getAllRecordsFromFltObject();
+    if (records.empty()) return;
+    int subfaceDepth = 0;
+    for (auto it = records.cbegin(); it != records.cend(); ++it) {
+        const int opcode = (*it)->getOpcode();
+        if (opcode == 19)
+            ++subfaceDepth;
+        else if (opcode == 20)
+            --subfaceDepth;
+        else if (opcode == 5)
+            visitFace(dynamic_cast<const FltRecordFace*>(*it), it, records.cend(), subfaceDepth);
+    }
+}
+
+void FltObjectToSoSeparator::visitFace(const FltRecordFace* face, std::vector<FltRecord*>::const_iterator position,
+                                       std::vector<FltRecord*>::const_iterator end, int subfaceDepth)
+{
+    if (!face) return;
+    std::vector<int32_t> indices;
+    int propertyId = UNDEFINED_SO_VERTEX_PROPERTY_ID;
+    visitAllVertexList(position, end, indices, propertyId);
+    if (!indices.empty() && propertyId >= VERTEX_COLOR_PROPERTY_ID && propertyId <= VERTEX_COLOR_NORMAL_UV_PROPERTY_ID)
+        addFaceToVector(face, indices, faceGroup(propertyId, subfaceDepth != 0));
+    for (OldVertexFaces* faces : {&oldVertex, &oldVertexColor, &oldVertexColorNormal}) faces->closeFace();
+}
+
+void FltObjectToSoSeparator::visitAllVertexList(std::vector<FltRecord*>::const_iterator position,
+                                                std::vector<FltRecord*>::const_iterator end,
+                                                std::vector<int32_t>& indices, int& propertyId)
+{
+    // The records after the face, up to the next face.
+    for (auto it = position + 1; it != end; ++it) {
+        FltRecord* record = *it;
+        switch (record->getOpcode()) {
+        case 5: return;
+        case 72: visitVertexList(dynamic_cast<const FltRecordVertexList*>(record), indices, propertyId); break;
+        case 89: visitMorphVertexList(dynamic_cast<const FltRecordMorphVertexList*>(record), indices, propertyId); break;
+        case 7: addOldVertexToSoVertexProperty(dynamic_cast<const FltRecordOldVertex*>(record)); break;
+        case 8: addOldVertexColorToSoVertexProperty(dynamic_cast<const FltRecordOldVertexColor*>(record)); break;
+        case 9:
+            addOldVertexColorNormalToSoVertexProperty(dynamic_cast<const FltRecordOldVertexColorNormal*>(record));
+            break;
+        default: break;
+        }
+    }
+}
+
+namespace {
+
+// Resolves palette offsets into indices of one shared property (see visitVertexList).
+void resolveOffsets(FltToInventor& converter, const std::vector<int32_t>& offsets, std::vector<int32_t>& indices,
+                    int& propertyId)
+{
+    if (offsets.empty()) return;
+    std::vector<int> ids;
+    ids.reserve(offsets.size());
+    bool same = true;
+    bool allTextured = true;
+    for (int32_t offset : offsets) {
+        const int id = converter.getIntIdFromVertexProperty(
+            converter.getSoVertexPropertyFromOffset(static_cast<uint32_t>(offset)));
+        same = same && (ids.empty() || id == ids.front());
+        allTextured = allTextured && (id == VERTEX_COLOR_UV_PROPERTY_ID || id == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID);
+        ids.push_back(id);
+    }
+    if (same) {
+        propertyId = ids.front();
+        for (int32_t offset : offsets) indices.push_back(converter.getIndexVertexFromOffset(static_cast<uint32_t>(offset)));
+        return;
+    }
+    if (!allTextured) {
+        FltWarningMessageConsole::notifyMessage("WARNING ! Remove a face having heterogeneous vertices", 1, true);
+        return;
+    }
+    // Vertices with texture coordinates but of two kinds: the others are copied into the
+    // richest property with the average normal of its own vertices.
+    propertyId = VERTEX_COLOR_NORMAL_UV_PROPERTY_ID;
+    SoVertexProperty* richest = converter.getVertexPropertyFromIntId(propertyId);
+    SbVec3f sum(0, 0, 0);
+    int count = 0;
+    for (size_t i = 0; i < offsets.size(); ++i) {
+        if (ids[i] != VERTEX_COLOR_NORMAL_UV_PROPERTY_ID) continue;
+        sum += entryOr(richest->normal, converter.getIndexVertexFromOffset(static_cast<uint32_t>(offsets[i])),
+                       SbVec3f(0, 0, 0));
+        ++count;
+    }
+    const SbVec3f normal = sum / static_cast<float>(count);
+    for (size_t i = 0; i < offsets.size(); ++i) {
+        const int index = converter.getIndexVertexFromOffset(static_cast<uint32_t>(offsets[i]));
+        if (ids[i] == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID) {
+            indices.push_back(index);
+        } else {
+            int copied = 0;
+            converter.copyVertexToVertexColorNormalUV(ids[i], index, normal, copied);
+            indices.push_back(copied);
+        }
+    }
+}
+
+}  // namespace
+
+void FltObjectToSoSeparator::visitVertexList(const FltRecordVertexList* list, std::vector<int32_t>& indices,
+                                             int& propertyId)
+{
+    if (list) resolveOffsets(*converter, list->offsets, indices, propertyId);
+}
+
+void FltObjectToSoSeparator::visitMorphVertexList(const FltRecordMorphVertexList* list, std::vector<int32_t>& indices,
+                                                  int& propertyId)
+{
+    if (!list) return;
+    // The face is drawn at its 0% shape. The record's pairs are read word by word, so the
+    // 0% offsets are the first values of the even pairs.
+    std::vector<int32_t> offsets;
+    for (size_t i = 0; i < list->offsets.size() / 2; ++i) offsets.push_back(list->offsets[2 * i].first);
+    resolveOffsets(*converter, offsets, indices, propertyId);
+}
+
+void FltObjectToSoSeparator::addFaceToVector(const FltRecordFace* face, const std::vector<int32_t>& indices,
+                                             FaceGroup& group)
+{
+    group.coordIndex.insert(group.coordIndex.end(), indices.begin(), indices.end());
+    group.coordIndex.push_back(-1);
+    group.textures.push_back(face->texturePatternIndex);
+    ++group.faceCounter;
+    addFltFaceMaterialToSoMaterial(face, group.material, group.faceCounter);
+    // The face's entry in the group's material: one entry per face, in order.
+    group.materialIndex.push_back(static_cast<int32_t>(group.materialIndex.size()));
+}
+
+// Face colours and materials.
+
+void FltObjectToSoSeparator::addFltFaceMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material,
+                                                            const int& entry)
+{
+    const bool noColor = face->isNoColor();
+    const bool packed = face->isPackedColor();
+    if (face->materialIndex != -1) {
+        if (noColor)
+            addFltFaceNoColorMaterialToSoMaterial(face, material, entry);
+        else if (!packed)
+            addFltFaceWithColorPaletteIndexMaterialToSoMaterial(face, material, entry);
+        else
+            addFltFaceWithPackedColorMaterialToSoMaterial(face, material, entry);
+    } else {
+        if (noColor)
+            addFltFaceNoColorNoMaterialToSoMaterial(material, entry);
+        else if (packed)
+            addFltFaceWithPackedColorNoMaterialToSoMaterial(face, material, entry);
+        else
+            addFltFaceWithColorPaletteIndexNoMaterialToSoMaterial(face, material, entry);
+    }
+}
+
+void FltObjectToSoSeparator::addFltFaceNoColorNoMaterialToSoMaterial(SoMaterial*& material, const int& entry)
+{
+    setColors(material, entry, kDefaultAmbient, kDefaultDiffuse, kBlack, kBlack, kDefaultShininess);
+    setTransparency(material, entry, 0.0f);
+}
+
+void FltObjectToSoSeparator::addFltFaceWithColorPaletteIndexNoMaterialToSoMaterial(const FltRecordFace* face,
+                                                                                   SoMaterial*& material,
+                                                                                   const int& entry)
+{
+    const int32_t index = face->primaryColorIndex;
+    const int32_t paletteEntry = index >> 7;
+    if (static_cast<uint32_t>(paletteEntry) > 0x20000u) {
+        std::cout << "bad color index" << "\n";
+        return;
+    }
+    float ignored = 0.0f;
+    SbColor color;
+    color.setPackedValue(converter->getColorTableEntry(paletteEntry), ignored);
+    color *= static_cast<float>((index & 127) / 127.0);
+    setColors(material, entry, color, color, kBlack, kBlack, 0.0f);
+    setTransparency(material, entry,
+                    static_cast<float>((face->transparency / 65535.0) * (1.0 - objectTransparency)));
+}
+
+void FltObjectToSoSeparator::addFltFaceWithPackedColorNoMaterialToSoMaterial(const FltRecordFace* face,
+                                                                             SoMaterial*& material, const int& entry)
+{
+    // The packed alpha and both transparencies are not used here: the established look.
+    const SbColor color = packedRgb(face);
+    setColors(material, entry, color, color, kBlack, kBlack, 0.0f);
+    setTransparency(material, entry, 0.0f);
+}
+
+void FltObjectToSoSeparator::addFltFaceWithPackedColorMaterialToSoMaterial(const FltRecordFace* face,
+                                                                           SoMaterial*& material, const int& entry)
+{
+    const PaletteEntry m = paletteEntry(converter->getPaletteMaterial(), face->materialIndex);
+    const SbColor color = packedRgb(face);
+    // The transparency entry is not written in this case: kept on purpose.
+    setColors(material, entry, multiply(color, m.ambient), multiply(color, m.diffuse), m.specular, m.emissive,
+              m.shininess);
+}
+
+void FltObjectToSoSeparator::addFltFaceNoColorMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material,
+                                                                   const int& entry)
+{
+    const PaletteEntry m = paletteEntry(converter->getPaletteMaterial(), face->materialIndex);
+    setColors(material, entry, m.ambient, m.diffuse, m.specular, m.emissive, m.shininess);
+    setTransparency(material, entry, materialFaceTransparency(face, objectTransparency, m.transparency));
+}
+
+void FltObjectToSoSeparator::addFltFaceWithColorPaletteIndexMaterialToSoMaterial(const FltRecordFace* face,
+                                                                                 SoMaterial*& material,
+                                                                                 const int& entry)
+{
+    const PaletteEntry m = paletteEntry(converter->getPaletteMaterial(), face->materialIndex);
+    const SbColor white(1, 1, 1);
+    SbColor color = white;
+    float ignored = 0.0f;
+    if (face->texturePatternIndex != -1 && face->textureWhite != 0) {
+        color = white;
+    } else if (formatRevision >= 14) {
+        if (face->isNoColor()) {
+            color = white;
+        } else if (rgbMode || face->isPackedColor()) {
+            // Each byte divided by 255 and truncated (1 only for 255), assembled alpha high and
+            // red low and read as a table entry: nearly black. Kept on purpose, the established
+            // colour of packed faces with a material.
+            const uint8_t* abgr = face->packedColor;
+            const uint32_t a = static_cast<uint32_t>(abgr[0] / 255.0);
+            const uint32_t b = static_cast<uint32_t>(abgr[1] / 255.0);
+            const uint32_t g = static_cast<uint32_t>(abgr[2] / 255.0);
+            const uint32_t r = static_cast<uint32_t>(abgr[3] / 255.0);
+            color.setPackedValue((a << 24) | (b << 16) | (g << 8) | r, ignored);
+        } else if (formatRevision < 1540) {
+            color.setPackedValue(converter->getColorTableEntry(face->colorNameIndex >> 7), ignored);
+        } else {
+            color.setPackedValue(converter->getColorTableEntry(face->primaryColorIndex >> 7), ignored);
+        }
+    } else if (rgbMode) {
+        color.setPackedValue(converter->getColorTableEntry(face->primaryColorIndex >> 7), ignored);
+    } else {
+        const int32_t index = face->primaryColorIndex;
+        if (index >= 0 && index <= 4095)
+            color *= static_cast<float>((index & 127) / 127.0);
+        else if (index >= 4096)
+            color.setPackedValue(converter->getColorTableEntry(4096 + (index & 0xFFF)), ignored);
+    }
+    setColors(material, entry, multiply(m.ambient, color), multiply(m.diffuse, color), m.specular, m.emissive,
+              m.shininess);
+    setTransparency(material, entry, materialFaceTransparency(face, objectTransparency, m.transparency));
+}
+
+// Face sets.
+
+bool FltObjectToSoSeparator::isSoIndexedFaceSetNeedsManyTextureFiles(const std::vector<int32_t>& textures)
+{
+    for (int32_t t : textures)
+        if (t != textures.front()) return true;
+    return false;
+}
+
+int FltObjectToSoSeparator::getTextureFileIndex(const std::vector<int32_t>& textures)
+{
+    for (int32_t t : textures)
+        if (t != -1) return t;
+    return -1;
+}
+
+const char* FltObjectToSoSeparator::getSoIndexedFaceSetNameFromSoVertexProperty(SoVertexProperty*& property)
+{
+    static const char* const names[4] = {"SoIFSVertexColor", "SoIFSVertexColorNormal", "SoIFSVertexColorUV",
+                                         "SoIFSVertexColorNormalUV"};
+    for (int id = VERTEX_COLOR_PROPERTY_ID; id <= VERTEX_COLOR_NORMAL_UV_PROPERTY_ID; ++id)
+        if (property && property == converter->getVertexPropertyFromIntId(id)) return names[id - 1];
+    FltWarningMessageConsole::notifyMessage(
+        "WARNING ! I can't give a name for a SoIndexedFaceSet\n since This SoVertexProperty doesn'fit with one of "
+        "the 4 global SoVertexProperty\n SO_INDEXED_FACE_SET_WITH_UNDEFINED_VERTEX_NAME returned",
+        3, true);
+    return "SoIFSVertexUNDEFINED";
+}
+
+size_t FltObjectToSoSeparator::copyOneFaceVertexIndices(std::vector<int32_t>& target,
+                                                       const std::vector<int32_t>& coordIndex, size_t position)
+{
+    while (position < coordIndex.size()) {
+        const int32_t index = coordIndex[position++];
+        target.push_back(index);
+        if (index == -1) break;
+    }
+    return position;
+}
+
+void FltObjectToSoSeparator::buildAndAddIndexedFaceSetFromIndicesVector(const std::vector<int32_t>& coordIndex,
+                                                                        const std::vector<int32_t>& materialIndex,
+                                                                        const std::vector<int32_t>& textures,
+                                                                        SoVertexProperty* property)
+{
+    if (isSoIndexedFaceSetNeedsManyTextureFiles(textures))
+        buildAndAddIndexedFaceSetFromIndicesVectorManyTextureFile(coordIndex, materialIndex, textures, property);
+    else
+        buildAndAddIndexedFaceSetFromIndicesVectorOneTextureFile(coordIndex, materialIndex, textures, property);
+}
+
+void FltObjectToSoSeparator::buildAndAddIndexedFaceSetFromIndicesVectorOneTextureFile(
+    const std::vector<int32_t>& coordIndex, const std::vector<int32_t>& materialIndex,
+    const std::vector<int32_t>& textures, SoVertexProperty* property)
+{
+    auto* faceSet = new SoIndexedFaceSet;
+    faceSet->vertexProperty = property;
+    faceSet->coordIndex.setValues(0, static_cast<int>(coordIndex.size()), coordIndex.data());
+    faceSet->materialIndex.setValues(0, static_cast<int>(materialIndex.size()), materialIndex.data());
+    faceSet->setName(getSoIndexedFaceSetNameFromSoVertexProperty(property));
+
+    const int texture = getTextureFileIndex(textures);
+    if (texture == -1) {
+        destination->addChild(faceSet);
+        return;
+    }
+    auto* isolate = new SoSeparator;
+    isolate->setName("isolateTexturesNodes");
+    // A pattern absent from the palette gets no texture node.
+    if (SoTexture2* node = converter->getTexture(texture)) isolate->addChild(node);
+    isolate->addChild(faceSet);
+    destination->addChild(isolate);
+}
+
+void FltObjectToSoSeparator::buildAndAddIndexedFaceSetFromIndicesVectorManyTextureFile(
+    const std::vector<int32_t>& coordIndex, const std::vector<int32_t>& materialIndex,
+    const std::vector<int32_t>& textures, SoVertexProperty* property)
+{
+    std::map<int, SoIndexedFaceSetToFinalize> byTexture;
+    size_t position = 0;
+    for (size_t face = 0; face < textures.size() && position < coordIndex.size(); ++face) {
+        SoIndexedFaceSetToFinalize& entry = byTexture[textures[face]];
+        position = copyOneFaceVertexIndices(entry.coordIndex, coordIndex, position);
+        if (face < materialIndex.size()) entry.materialIndex.push_back(materialIndex[face]);
+        entry.texturePatternIndex = textures[face];
+    }
+    for (auto& [texture, entry] : byTexture)
+        buildAndAddIndexedFaceSetFromIndicesVectorOneTextureFile(entry.coordIndex, entry.materialIndex, {texture},
+                                                                 property);
+}
+
+// Old vertex records.
+
+void FltObjectToSoSeparator::OldVertexFaces::appendIndex()
+{
+    coordIndex.push_back(count);
+    ++count;
+}
+
+void FltObjectToSoSeparator::OldVertexFaces::closeFace()
+{
+    if (!coordIndex.empty() && coordIndex.back() != -1) coordIndex.push_back(-1);
+}
+
+void FltObjectToSoSeparator::addOldVertexToSoVertexProperty(const FltRecordOldVertex* record)
+{
+    if (!record) return;
+    const int n = oldVertex.count;
+    oldVertex.property->vertex.set1Value(n, SbVec3f(static_cast<float>(record->Xcoordinate),
+                                                    static_cast<float>(record->Ycoordinate),
+                                                    static_cast<float>(record->Zcoordinate)));
+    oldVertex.property->texCoord.set1Value(n, SbVec2f(record->texture[0], record->texture[1]));
+    oldVertex.appendIndex();
+}
+
+void FltObjectToSoSeparator::addOldVertexColorToSoVertexProperty(const FltRecordOldVertexColor* record)
+{
+    if (!record) return;
+    oldVertexColor.property->vertex.set1Value(
+        oldVertexColor.count, SbVec3f(static_cast<float>(record->Xcoordinate), static_cast<float>(record->Ycoordinate),
+                                      static_cast<float>(record->Zcoordinate)));
+    oldVertexColor.appendIndex();
+}
+
+void FltObjectToSoSeparator::addOldVertexColorNormalToSoVertexProperty(const FltRecordOldVertexColorNormal* record)
+{
+    if (!record) return;
+    oldVertexColorNormal.property->vertex.set1Value(
+        oldVertexColorNormal.count,
+        SbVec3f(static_cast<float>(record->Xcoordinate), static_cast<float>(record->Ycoordinate),
+                static_cast<float>(record->Zcoordinate)));
+    oldVertexColorNormal.appendIndex();
+}
+
+void FltObjectToSoSeparator::buildOldVertexFaceSet(OldVertexFaces& faces, const char* name)
+{
+    if (faces.coordIndex.empty()) return;
+    auto* faceSet = new SoIndexedFaceSet;
+    faceSet->setName(name);
+    faceSet->vertexProperty = faces.property;
+    faceSet->coordIndex.setValues(0, static_cast<int>(faces.coordIndex.size()), faces.coordIndex.data());
+    destination->addChild(faceSet);
+}
+
+void FltObjectToSoSeparator::buildAndAddIndexedFaceSetFromOldVertex() { buildOldVertexFaceSet(oldVertex, "OLD_VERTEX"); }
+
+void FltObjectToSoSeparator::buildAndAddIndexedFaceSetFromOldVertexColor()
+{
+    buildOldVertexFaceSet(oldVertexColor, "OLD_VERTEX_COLOR");
+}
+
+void FltObjectToSoSeparator::buildAndAddIndexedFaceSetFromOldVertexColorNormal()
+{
+    buildOldVertexFaceSet(oldVertexColorNormal, "OLD_VERTEX_COLOR_NORMAL");
+}

@@ -1,0 +1,132 @@
+// FltObjectToSoSeparator: builds the geometry of one object (or of a run of faces outside
+// any object) into a destination group.
+//
+// The faces are sorted into eight groups, one per shared vertex property (ids 1 to 4) for
+// faces and one per property for subfaces. Each non-empty group becomes a named SoMaterial
+// with one entry per face and one or more indexed face sets over the shared property, one
+// per texture pattern, textured ones isolated in separators with their SoTexture2.
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "convert/FltToInventor.h"
+#include "reader/FltRecord.h"
+
+class FltRecordFace;
+class FltRecordMorphVertexList;
+class FltRecordOldVertex;
+class FltRecordOldVertexColor;
+class FltRecordOldVertexColorNormal;
+class FltRecordVertexList;
+class SoMaterial;
+class SoVertexProperty;
+
+// The faces of one texture pattern, gathered while a face group is split by texture.
+struct SoIndexedFaceSetToFinalize {
+    std::vector<int32_t> coordIndex;  // each face's vertex indices followed by -1
+    std::vector<int32_t> materialIndex;
+    int32_t texturePatternIndex = -1;
+};
+
+class FltObjectToSoSeparator : public FltVersion {
+public:
+    FltObjectToSoSeparator();
+    ~FltObjectToSoSeparator();
+    FltObjectToSoSeparator(const FltObjectToSoSeparator&) = delete;
+    FltObjectToSoSeparator& operator=(const FltObjectToSoSeparator&) = delete;
+
+    // The records to walk, from the object's first record after its ancillary records; the
+    // record vector ends with a null entry.
+    void setCurrentIterator(FltRecordIterator begin);
+    void setCurrentFltObjectTransparency(const float& transparency) { objectTransparency = transparency; }
+    void setDestination(SoGroup* group) { destination = group; }
+    void setFltToInventor(FltToInventor* converter);
+    void buildFinalSoSeparator();
+    bool isBuilt() const { return built; }
+
+    void traverseObjectPrimaryRecords();
+    void visitAllFaces();
+    std::vector<FltRecord*> getAllRecordsFromFltObject() const;
+    void visitFace(const FltRecordFace* face, std::vector<FltRecord*>::const_iterator position,
+                   std::vector<FltRecord*>::const_iterator end, int subfaceDepth);
+    void visitAllVertexList(std::vector<FltRecord*>::const_iterator position,
+                            std::vector<FltRecord*>::const_iterator end, std::vector<int32_t>& indices,
+                            int& propertyId);
+    void visitVertexList(const FltRecordVertexList* list, std::vector<int32_t>& indices, int& propertyId);
+    void visitMorphVertexList(const FltRecordMorphVertexList* list, std::vector<int32_t>& indices, int& propertyId);
+    void addPolygonOffset();
+
+    // Face colours and materials: one entry per face in the group's material.
+    void addFltFaceMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material, const int& entry);
+    void addFltFaceNoColorMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material, const int& entry);
+    void addFltFaceWithColorPaletteIndexMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material,
+                                                             const int& entry);
+    void addFltFaceWithPackedColorMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material,
+                                                       const int& entry);
+    void addFltFaceWithPackedColorNoMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material,
+                                                         const int& entry);
+    void addFltFaceWithColorPaletteIndexNoMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material,
+                                                               const int& entry);
+    void addFltFaceNoColorNoMaterialToSoMaterial(SoMaterial*& material, const int& entry);
+
+    // Face sets.
+    void buildAndAddIndexedFaceSetFromIndicesVector(const std::vector<int32_t>& coordIndex,
+                                                    const std::vector<int32_t>& materialIndex,
+                                                    const std::vector<int32_t>& textures, SoVertexProperty* property);
+    void buildAndAddIndexedFaceSetFromIndicesVectorOneTextureFile(const std::vector<int32_t>& coordIndex,
+                                                                  const std::vector<int32_t>& materialIndex,
+                                                                  const std::vector<int32_t>& textures,
+                                                                  SoVertexProperty* property);
+    void buildAndAddIndexedFaceSetFromIndicesVectorManyTextureFile(const std::vector<int32_t>& coordIndex,
+                                                                   const std::vector<int32_t>& materialIndex,
+                                                                   const std::vector<int32_t>& textures,
+                                                                   SoVertexProperty* property);
+    static bool isSoIndexedFaceSetNeedsManyTextureFiles(const std::vector<int32_t>& textures);
+    static int getTextureFileIndex(const std::vector<int32_t>& textures);
+    const char* getSoIndexedFaceSetNameFromSoVertexProperty(SoVertexProperty*& property);
+    static size_t copyOneFaceVertexIndices(std::vector<int32_t>& target, const std::vector<int32_t>& coordIndex,
+                                           size_t position);
+
+    // Faces made of the obsolete vertex records placed directly under a face.
+    void addOldVertexToSoVertexProperty(const FltRecordOldVertex* record);
+    void addOldVertexColorToSoVertexProperty(const FltRecordOldVertexColor* record);
+    void addOldVertexColorNormalToSoVertexProperty(const FltRecordOldVertexColorNormal* record);
+    void buildAndAddIndexedFaceSetFromOldVertex();
+    void buildAndAddIndexedFaceSetFromOldVertexColor();
+    void buildAndAddIndexedFaceSetFromOldVertexColorNormal();
+
+    // One of the eight face groups.
+    struct FaceGroup {
+        std::vector<int32_t> coordIndex;
+        std::vector<int32_t> textures;
+        std::vector<int32_t> materialIndex;
+        int32_t faceCounter = -1;
+        SoMaterial* material = nullptr;
+    };
+    FaceGroup& faceGroup(int propertyId, bool subface) { return groups[subface ? 1 : 0][propertyId - 1]; }
+    void addFaceToVector(const FltRecordFace* face, const std::vector<int32_t>& indices, FaceGroup& group);
+
+private:
+    // The faces of old vertex records of one kind: their own property and index vector.
+    struct OldVertexFaces {
+        SoVertexProperty* property = nullptr;
+        std::vector<int32_t> coordIndex;
+        int32_t count = 0;
+        void appendIndex();
+        void closeFace();
+    };
+    void buildOldVertexFaceSet(OldVertexFaces& faces, const char* name);
+
+    FltRecordIterator begin_{};
+    bool iteratorSet = false;
+    float objectTransparency = 1.0f;
+    SoGroup* destination = nullptr;
+    FltToInventor* converter = nullptr;
+    bool built = false;
+
+    FaceGroup groups[2][4];
+    OldVertexFaces oldVertex;
+    OldVertexFaces oldVertexColor;
+    OldVertexFaces oldVertexColorNormal;
+};

@@ -1,0 +1,256 @@
+// Vertex palette, vertex records, vertex list and morph vertex list: decoding and dump.
+#include "reader/FltRecordVertex.h"
+
+#include "reader/FltBytes.h"
+#include "reader/FltDump.h"
+
+namespace {
+
+double colorComponent(uint8_t byte) { return static_cast<float>(byte / 255.0); }
+
+// Number of 4-byte words after the header; a record of 4 bytes or less has none.
+size_t wordsAfterHeader(unsigned int length) { return length > 4 ? (length - 4) >> 2 : 0; }
+
+}  // namespace
+
+void FltRecordVertexPalette::decode(const FltBytes& in) { vertexPaletteTotalLength = in.i32(4); }
+
+void FltRecordVertexPalette::dumpFields(FltDump& out) const
+{
+    out.i32("vertexPaletteTotalLength: ", vertexPaletteTotalLength);
+}
+
+// ---- Current vertex kinds ----
+
+void FltRecordVertexColor::decodeHead(const FltBytes& in)
+{
+    colorNameIndex = in.u16(4);
+    flags = in.u16(6);
+    Xcoordinate = in.f64(8);
+    Ycoordinate = in.f64(16);
+    Zcoordinate = in.f64(24);
+}
+
+void FltRecordVertexColor::decodeTail(const FltBytes& in, size_t colorOffset, bool hasTrailing)
+{
+    in.packedColor(colorOffset, packedColor);
+    vertexColorIndex = formatRevision >= 1540 ? in.i32(colorOffset + 4) : -1;
+    if (hasTrailing && formatRevision > 1579) trailing = in.i32(colorOffset + 8);
+}
+
+void FltRecordVertexColor::decode(const FltBytes& in)
+{
+    decodeHead(in);
+    decodeTail(in, 32, false);
+}
+
+void FltRecordVertexColorNormal::decode(const FltBytes& in)
+{
+    decodeHead(in);
+    vertexNormal[0] = in.f32(32);
+    vertexNormal[1] = in.f32(36);
+    vertexNormal[2] = in.f32(40);
+    decodeTail(in, 44, true);
+}
+
+void FltRecordVertexColorNormalUv::decode(const FltBytes& in)
+{
+    decodeHead(in);
+    vertexNormal[0] = in.f32(32);
+    vertexNormal[1] = in.f32(36);
+    vertexNormal[2] = in.f32(40);
+    texture[0] = in.f32(44);
+    texture[1] = in.f32(48);
+    decodeTail(in, 52, true);
+}
+
+void FltRecordVertexColorUv::decode(const FltBytes& in)
+{
+    decodeHead(in);
+    texture[0] = in.f32(32);
+    texture[1] = in.f32(36);
+    decodeTail(in, 40, false);
+}
+
+void FltRecordVertexColor::properties1(FltDump& out) const
+{
+    out.u16("colorNameIndex: ", colorNameIndex)
+        .flag("flags: Start Hard Edge: ", flags & 0x8000u)
+        .flag("         Normal frozen: ", flags & 0x4000u)
+        .flag("              No Color: ", flags & 0x2000u)
+        .flag("          Packed Color: ", flags & 0x1000u)
+        .f64("Xcoordinate: ", Xcoordinate)
+        .f64("Ycoordinate: ", Ycoordinate)
+        .f64("Zcoordinate: ", Zcoordinate);
+}
+
+void FltRecordVertexColor::properties2(FltDump& out) const
+{
+    out.f64("packedColor: alpha=", colorComponent(packedColor[0]))
+        .f64("              blue=", colorComponent(packedColor[1]))
+        .f64("             green=", colorComponent(packedColor[2]))
+        .f64("               red=", colorComponent(packedColor[3]))
+        .i32("vertexColorIndex: ", vertexColorIndex);
+}
+
+void FltRecordVertexColor::dumpNormal(FltDump& out) const
+{
+    out.f64("vertexNormal: i=", vertexNormal[0])
+        .f64("              j=", vertexNormal[1])
+        .f64("              k=", vertexNormal[2]);
+}
+
+void FltRecordVertexColor::dumpTexture(FltDump& out) const
+{
+    out.f64("texture: u=", texture[0]).f64("         v=", texture[1]);
+}
+
+void FltRecordVertexColor::dumpFields(FltDump& out) const
+{
+    properties1(out);
+    properties2(out);
+}
+
+void FltRecordVertexColorNormal::dumpFields(FltDump& out) const
+{
+    properties1(out);
+    dumpNormal(out);
+    properties2(out);
+}
+
+void FltRecordVertexColorNormalUv::dumpFields(FltDump& out) const
+{
+    properties1(out);
+    dumpNormal(out);
+    dumpTexture(out);
+    properties2(out);
+}
+
+void FltRecordVertexColorUv::dumpFields(FltDump& out) const
+{
+    properties1(out);
+    dumpTexture(out);
+    properties2(out);
+}
+
+// ---- Vertex lists ----
+
+void FltRecordVertexList::decode(const FltBytes& in)
+{
+    offsets.clear();
+    const size_t n = wordsAfterHeader(length);
+    offsets.reserve(n);
+    for (size_t i = 0; i < n; ++i) offsets.push_back(in.i32(4 + 4 * i));
+}
+
+void FltRecordVertexList::dumpFields(FltDump& out) const
+{
+    out.text("Offset: ");
+    for (int32_t offset : offsets) out.num(offset).text("  ");
+    out.nl();
+}
+
+void FltRecordMorphVertexList::decode(const FltBytes& in)
+{
+    offsets.clear();
+    const size_t n = wordsAfterHeader(length);
+    offsets.reserve(n);
+    // n pairs from n words, the second value n bytes after the first: kept on purpose. The
+    // later second values lie past the record and read as zero.
+    for (size_t i = 0; i < n; ++i) offsets.emplace_back(in.i32(4 + 4 * i), in.i32(4 + n + 4 * i));
+}
+
+void FltRecordMorphVertexList::dumpFields(FltDump& out) const
+{
+    out.text("Offset: ");
+    for (const auto& pair : offsets) out.text("(").num(pair.first).text(",").num(pair.second).text(")  ");
+    out.nl();
+}
+
+// ---- Old vertex kinds ----
+
+namespace {
+
+void dumpIntegerCoordinates(FltDump& out, int32_t x, int32_t y, int32_t z)
+{
+    out.i32("Xcoordinate: ", x).i32("Ycoordinate: ", y).i32("Zcoordinate: ", z);
+}
+
+void dumpOldTexture(FltDump& out, bool hasTexture, const float texture[2])
+{
+    if (hasTexture) out.f64("texture: u=", texture[0]).f64("         v=", texture[1]);
+}
+
+}  // namespace
+
+void FltRecordOldVertex::decode(const FltBytes& in)
+{
+    Xcoordinate = in.i32(4);
+    Ycoordinate = in.i32(8);
+    Zcoordinate = in.i32(12);
+    hasTexture = length == 24;
+    if (hasTexture) {
+        texture[0] = in.f32(16);
+        texture[1] = in.f32(20);
+    }
+}
+
+void FltRecordOldVertex::dumpFields(FltDump& out) const
+{
+    dumpIntegerCoordinates(out, Xcoordinate, Ycoordinate, Zcoordinate);
+    dumpOldTexture(out, hasTexture, texture);
+}
+
+void FltRecordOldVertexColor::decode(const FltBytes& in)
+{
+    Xcoordinate = in.i32(4);
+    Ycoordinate = in.i32(8);
+    Zcoordinate = in.i32(12);
+    hardEdgeFlag = in.u8(16);
+    shadingFlag = in.u8(17);
+    colorIndex = in.u16(18);
+    hasTexture = length == 28;
+    if (hasTexture) {
+        texture[0] = in.f32(20);
+        texture[1] = in.f32(24);
+    }
+}
+
+void FltRecordOldVertexColor::dumpFields(FltDump& out) const
+{
+    dumpIntegerCoordinates(out, Xcoordinate, Ycoordinate, Zcoordinate);
+    out.chr("hardEdgeFlag: ", static_cast<char>(hardEdgeFlag))
+        .chr("shadingFlag: ", static_cast<char>(shadingFlag))
+        .u16("colorIndex : ", colorIndex);
+    dumpOldTexture(out, hasTexture, texture);
+}
+
+void FltRecordOldVertexColorNormal::decode(const FltBytes& in)
+{
+    Xcoordinate = in.i32(4);
+    Ycoordinate = in.i32(8);
+    Zcoordinate = in.i32(12);
+    hardEdgeFlag = in.u8(16);
+    shadingFlag = in.u8(17);
+    colorIndex = in.u16(18);
+    vertexNormalScaled[0] = in.i32(20);
+    vertexNormalScaled[1] = in.i32(24);
+    vertexNormalScaled[2] = in.i32(28);
+    hasTexture = length == 40;
+    if (hasTexture) {
+        texture[0] = in.f32(32);
+        texture[1] = in.f32(36);
+    }
+}
+
+void FltRecordOldVertexColorNormal::dumpFields(FltDump& out) const
+{
+    dumpIntegerCoordinates(out, Xcoordinate, Ycoordinate, Zcoordinate);
+    out.chr("hardEdgeFlag: ", static_cast<char>(hardEdgeFlag))
+        .chr("shadingFlag: ", static_cast<char>(shadingFlag))
+        .u16("colorIndex : ", colorIndex)
+        .i32("vertexNormalScaled: i=", vertexNormalScaled[0])
+        .i32("                    j=", vertexNormalScaled[1])
+        .i32("                    k=", vertexNormalScaled[2]);
+    dumpOldTexture(out, hasTexture, texture);
+}
