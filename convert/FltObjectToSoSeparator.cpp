@@ -19,7 +19,6 @@
 #include "reader/FltRecordVertex.h"
 
 using fltfield::entryOr;
-using fltfield::setEntry;
 
 namespace {
 
@@ -49,18 +48,26 @@ PaletteEntry paletteEntry(const SoMaterial* palette, int m)
             entryOr(palette->shininess, m, kDefaultShininess), entryOr(palette->transparency, m, 0.0f)};
 }
 
-// Writes ambient, diffuse, specular, emissive and shininess of one entry.
-void setColors(SoMaterial* m, int e, const SbColor& ambient, const SbColor& diffuse, const SbColor& specular,
-               const SbColor& emissive, float shininess)
+// Sets entry e of a vector, entries before it that nothing set taking fill.
+template <class Value>
+void setAt(std::vector<Value>& values, int e, const Value& value, const Value& fill)
 {
-    setEntry(m->ambientColor, e, ambient, kDefaultAmbient);
-    setEntry(m->diffuseColor, e, diffuse, kDefaultDiffuse);
-    setEntry(m->specularColor, e, specular, kBlack);
-    setEntry(m->emissiveColor, e, emissive, kBlack);
-    setEntry(m->shininess, e, shininess, kDefaultShininess);
+    if (e < 0) return;
+    const size_t at = static_cast<size_t>(e);
+    if (at == values.size()) {
+        values.push_back(value);
+        return;
+    }
+    if (at > values.size()) values.resize(at + 1, fill);
+    values[at] = value;
 }
 
-void setTransparency(SoMaterial* m, int e, float transparency) { setEntry(m->transparency, e, transparency, 0.0f); }
+// Writes a field's gathered entries, if any; the field keeps its own default otherwise.
+template <class Field, class Value>
+void writeField(Field& field, const std::vector<Value>& values)
+{
+    if (!values.empty()) field.setValues(0, static_cast<int>(values.size()), values.data());
+}
 
 // The face's packed colour as red, green and blue from 0 to 1 (bytes 3, 2 and 1).
 SbColor packedRgb(const FltRecordFace* face)
@@ -79,30 +86,49 @@ float materialFaceTransparency(const FltRecordFace* face, float objectTransparen
 
 }  // namespace
 
+void FltFaceMaterialEntries::setColors(int e, const SbColor& a, const SbColor& d, const SbColor& sp, const SbColor& em,
+                                       float shine)
+{
+    setAt(ambient, e, a, kDefaultAmbient);
+    setAt(diffuse, e, d, kDefaultDiffuse);
+    setAt(specular, e, sp, kBlack);
+    setAt(emissive, e, em, kBlack);
+    setAt(shininess, e, shine, kDefaultShininess);
+}
+
+void FltFaceMaterialEntries::setTransparency(int e, float value) { setAt(transparency, e, value, 0.0f); }
+
+void FltFaceMaterialEntries::writeTo(SoMaterial* m) const
+{
+    writeField(m->ambientColor, ambient);
+    writeField(m->diffuseColor, diffuse);
+    writeField(m->specularColor, specular);
+    writeField(m->emissiveColor, emissive);
+    writeField(m->shininess, shininess);
+    writeField(m->transparency, transparency);
+}
+
 FltObjectToSoSeparator::FltObjectToSoSeparator()
 {
-    for (int subface = 0; subface < 2; ++subface) {
-        for (int i = 0; i < 4; ++i) {
-            SoMaterial* material = new SoMaterial;
-            material->ref();
-            material->setName(subface ? kSubfaceMaterialNames[i] : kFaceMaterialNames[i]);
-            groups[subface][i].material = material;
-        }
-    }
-    for (OldVertexFaces* faces : {&oldVertex, &oldVertexColor, &oldVertexColorNormal}) {
-        faces->property = new SoVertexProperty;
-        faces->property->ref();
-    }
-    oldVertex.property->setName("oldVertexProperty");
-    oldVertexColor.property->setName("oldVertexColorProperty");
-    oldVertexColorNormal.property->setName("oldVertexColorNormalProperty");
+    oldVertex.name = "oldVertexProperty";
+    oldVertexColor.name = "oldVertexColorProperty";
+    oldVertexColorNormal.name = "oldVertexColorNormalProperty";
 }
 
 FltObjectToSoSeparator::~FltObjectToSoSeparator()
 {
-    for (auto& row : groups)
-        for (FaceGroup& group : row) group.material->unref();
-    for (OldVertexFaces* faces : {&oldVertex, &oldVertexColor, &oldVertexColorNormal}) faces->property->unref();
+    for (OldVertexFaces* faces : {&oldVertex, &oldVertexColor, &oldVertexColorNormal})
+        if (faces->property) faces->property->unref();
+}
+
+SoVertexProperty* FltObjectToSoSeparator::OldVertexFaces::getProperty()
+{
+    if (!property) {
+        property = new SoVertexProperty;
+        property->ref();
+        property->setName(name);
+    }
+    return property;
 }
 
 void FltObjectToSoSeparator::setCurrentIterator(FltRecordIterator begin)
@@ -141,24 +167,27 @@ void FltObjectToSoSeparator::traverseObjectPrimaryRecords()
     visitAllFaces();
     for (int id = VERTEX_COLOR_PROPERTY_ID; id <= VERTEX_COLOR_NORMAL_UV_PROPERTY_ID; ++id) {
         SoVertexProperty* property = converter->getVertexPropertyFromIntId(id);
-        FaceGroup& faces = faceGroup(id, false);
-        if (!faces.coordIndex.empty()) {
-            destination->addChild(faces.material);
-            buildAndAddIndexedFaceSetFromIndicesVector(faces.coordIndex, faces.materialIndex, faces.textures, property);
-        }
-        FaceGroup& subfaces = faceGroup(id, true);
-        if (!subfaces.coordIndex.empty()) {
+        if (!faceGroup(id, false).coordIndex.empty()) addFaceGroup(id, false, property);
+        if (!faceGroup(id, true).coordIndex.empty()) {
             // The offset is never reset: it holds for every node after it in the separator.
             addPolygonOffset();
-            destination->addChild(subfaces.material);
-            buildAndAddIndexedFaceSetFromIndicesVector(subfaces.coordIndex, subfaces.materialIndex,
-                                                       subfaces.textures, property);
+            addFaceGroup(id, true, property);
         }
     }
     // Old vertex faces: the colour face set is built only where colour-and-normal faces exist
     // too, and faces of plain old vertices never are. Both kept on purpose.
     if (!oldVertexColorNormal.coordIndex.empty()) buildAndAddIndexedFaceSetFromOldVertexColorNormal();
     if (!oldVertexColorNormal.coordIndex.empty()) buildAndAddIndexedFaceSetFromOldVertexColor();
+}
+
+void FltObjectToSoSeparator::addFaceGroup(int propertyId, bool subface, SoVertexProperty* property)
+{
+    FaceGroup& faces = faceGroup(propertyId, subface);
+    auto* material = new SoMaterial;
+    material->setName(subface ? kSubfaceMaterialNames[propertyId - 1] : kFaceMaterialNames[propertyId - 1]);
+    faces.material.writeTo(material);
+    destination->addChild(material);
+    buildAndAddIndexedFaceSetFromIndicesVector(faces.coordIndex, faces.materialIndex, faces.textures, property);
 }
 
 void FltObjectToSoSeparator::addPolygonOffset()
@@ -169,45 +198,44 @@ void FltObjectToSoSeparator::addPolygonOffset()
     destination->addChild(offset);
 }
 
-std::vector<FltRecord*> FltObjectToSoSeparator::getAllRecordsFromFltObject() const
+FltRecordIterator FltObjectToSoSeparator::getAllRecordsFromFltObject() const
 {
     // The object's subtree: from its first record to the pop level that closes the first push.
-    std::vector<FltRecord*> records;
     int depth = 0;
-    for (FltRecordIterator it = begin_; *it; ++it) {
-        records.push_back(*it);
+    FltRecordIterator it = begin_;
+    for (; *it; ++it) {
         const int opcode = (*it)->getOpcode();
         if (opcode == 10) {
             ++depth;
         } else if (opcode == 11) {
-            if (depth == 1) break;
+            if (depth == 1) return it + 1;
             --depth;
         }
     }
-    return records;
+    return it;
 }
 
 void FltObjectToSoSeparator::visitAllFaces()
 {
-    const std::vector<FltRecord*> records = getAllRecordsFromFltObject();
-    if (records.empty()) return;
+    const FltRecordIterator end = getAllRecordsFromFltObject();
     int subfaceDepth = 0;
-    for (auto it = records.cbegin(); it != records.cend(); ++it) {
+    for (FltRecordIterator it = begin_; it != end; ++it) {
         const int opcode = (*it)->getOpcode();
         if (opcode == 19)
             ++subfaceDepth;
         else if (opcode == 20)
             --subfaceDepth;
         else if (opcode == 5)
-            visitFace(dynamic_cast<const FltRecordFace*>(*it), it, records.cend(), subfaceDepth);
+            visitFace(dynamic_cast<const FltRecordFace*>(*it), it, end, subfaceDepth);
     }
 }
 
-void FltObjectToSoSeparator::visitFace(const FltRecordFace* face, std::vector<FltRecord*>::const_iterator position,
-                                       std::vector<FltRecord*>::const_iterator end, int subfaceDepth)
+void FltObjectToSoSeparator::visitFace(const FltRecordFace* face, FltRecordIterator position, FltRecordIterator end,
+                                       int subfaceDepth)
 {
     if (!face) return;
-    std::vector<int32_t> indices;
+    std::vector<int32_t>& indices = faceIndices;
+    indices.clear();
     int propertyId = UNDEFINED_SO_VERTEX_PROPERTY_ID;
     visitAllVertexList(position, end, indices, propertyId);
     if (!indices.empty() && propertyId >= VERTEX_COLOR_PROPERTY_ID && propertyId <= VERTEX_COLOR_NORMAL_UV_PROPERTY_ID)
@@ -215,8 +243,7 @@ void FltObjectToSoSeparator::visitFace(const FltRecordFace* face, std::vector<Fl
     for (OldVertexFaces* faces : {&oldVertex, &oldVertexColor, &oldVertexColorNormal}) faces->closeFace();
 }
 
-void FltObjectToSoSeparator::visitAllVertexList(std::vector<FltRecord*>::const_iterator position,
-                                                std::vector<FltRecord*>::const_iterator end,
+void FltObjectToSoSeparator::visitAllVertexList(FltRecordIterator position, FltRecordIterator end,
                                                 std::vector<int32_t>& indices, int& propertyId)
 {
     // The records after the face, up to the next face.
@@ -243,20 +270,21 @@ void resolveOffsets(FltToInventor& converter, const std::vector<int32_t>& offset
                     int& propertyId)
 {
     if (offsets.empty()) return;
-    std::vector<int> ids;
-    ids.reserve(offsets.size());
+    // Ids and indices of the face's vertices, looked up once each.
+    std::vector<std::pair<int, int32_t>>& vertices = converter.scratchVertices;
+    vertices.clear();
     bool same = true;
     bool allTextured = true;
     for (int32_t offset : offsets) {
-        const int id = converter.getIntIdFromVertexProperty(
-            converter.getSoVertexPropertyFromOffset(static_cast<uint32_t>(offset)));
-        same = same && (ids.empty() || id == ids.front());
+        const VertexEntry* entry = converter.findVertexEntry(static_cast<uint32_t>(offset));
+        const int id = converter.getIntIdFromVertexProperty(entry ? entry->property : nullptr);
+        same = same && (vertices.empty() || id == vertices.front().first);
         allTextured = allTextured && (id == VERTEX_COLOR_UV_PROPERTY_ID || id == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID);
-        ids.push_back(id);
+        vertices.emplace_back(id, entry ? entry->index : 0);
     }
     if (same) {
-        propertyId = ids.front();
-        for (int32_t offset : offsets) indices.push_back(converter.getIndexVertexFromOffset(static_cast<uint32_t>(offset)));
+        propertyId = vertices.front().first;
+        for (const auto& vertex : vertices) indices.push_back(vertex.second);
         return;
     }
     if (!allTextured) {
@@ -269,20 +297,18 @@ void resolveOffsets(FltToInventor& converter, const std::vector<int32_t>& offset
     SoVertexProperty* richest = converter.getVertexPropertyFromIntId(propertyId);
     SbVec3f sum(0, 0, 0);
     int count = 0;
-    for (size_t i = 0; i < offsets.size(); ++i) {
-        if (ids[i] != VERTEX_COLOR_NORMAL_UV_PROPERTY_ID) continue;
-        sum += entryOr(richest->normal, converter.getIndexVertexFromOffset(static_cast<uint32_t>(offsets[i])),
-                       SbVec3f(0, 0, 0));
+    for (const auto& vertex : vertices) {
+        if (vertex.first != VERTEX_COLOR_NORMAL_UV_PROPERTY_ID) continue;
+        sum += entryOr(richest->normal, vertex.second, SbVec3f(0, 0, 0));
         ++count;
     }
     const SbVec3f normal = sum / static_cast<float>(count);
-    for (size_t i = 0; i < offsets.size(); ++i) {
-        const int index = converter.getIndexVertexFromOffset(static_cast<uint32_t>(offsets[i]));
-        if (ids[i] == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID) {
-            indices.push_back(index);
+    for (const auto& vertex : vertices) {
+        if (vertex.first == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID) {
+            indices.push_back(vertex.second);
         } else {
             int copied = 0;
-            converter.copyVertexToVertexColorNormalUV(ids[i], index, normal, copied);
+            converter.copyVertexToVertexColorNormalUV(vertex.first, vertex.second, normal, copied);
             indices.push_back(copied);
         }
     }
@@ -321,7 +347,7 @@ void FltObjectToSoSeparator::addFaceToVector(const FltRecordFace* face, const st
 
 // Face colours and materials.
 
-void FltObjectToSoSeparator::addFltFaceMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material,
+void FltObjectToSoSeparator::addFltFaceMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material,
                                                             const int& entry)
 {
     const bool noColor = face->isNoColor();
@@ -343,14 +369,14 @@ void FltObjectToSoSeparator::addFltFaceMaterialToSoMaterial(const FltRecordFace*
     }
 }
 
-void FltObjectToSoSeparator::addFltFaceNoColorNoMaterialToSoMaterial(SoMaterial*& material, const int& entry)
+void FltObjectToSoSeparator::addFltFaceNoColorNoMaterialToSoMaterial(FltFaceMaterialEntries& material, const int& entry)
 {
-    setColors(material, entry, kDefaultAmbient, kDefaultDiffuse, kBlack, kBlack, kDefaultShininess);
-    setTransparency(material, entry, 0.0f);
+    material.setColors(entry, kDefaultAmbient, kDefaultDiffuse, kBlack, kBlack, kDefaultShininess);
+    material.setTransparency(entry, 0.0f);
 }
 
 void FltObjectToSoSeparator::addFltFaceWithColorPaletteIndexNoMaterialToSoMaterial(const FltRecordFace* face,
-                                                                                   SoMaterial*& material,
+                                                                                   FltFaceMaterialEntries& material,
                                                                                    const int& entry)
 {
     const int32_t index = face->primaryColorIndex;
@@ -363,40 +389,40 @@ void FltObjectToSoSeparator::addFltFaceWithColorPaletteIndexNoMaterialToSoMateri
     SbColor color;
     color.setPackedValue(converter->getColorTableEntry(paletteEntry), ignored);
     color *= static_cast<float>((index & 127) / 127.0);
-    setColors(material, entry, color, color, kBlack, kBlack, 0.0f);
-    setTransparency(material, entry,
+    material.setColors(entry, color, color, kBlack, kBlack, 0.0f);
+    material.setTransparency(entry,
                     static_cast<float>((face->transparency / 65535.0) * (1.0 - objectTransparency)));
 }
 
 void FltObjectToSoSeparator::addFltFaceWithPackedColorNoMaterialToSoMaterial(const FltRecordFace* face,
-                                                                             SoMaterial*& material, const int& entry)
+                                                                             FltFaceMaterialEntries& material, const int& entry)
 {
     // The packed alpha and both transparencies are not used here: the established look.
     const SbColor color = packedRgb(face);
-    setColors(material, entry, color, color, kBlack, kBlack, 0.0f);
-    setTransparency(material, entry, 0.0f);
+    material.setColors(entry, color, color, kBlack, kBlack, 0.0f);
+    material.setTransparency(entry, 0.0f);
 }
 
 void FltObjectToSoSeparator::addFltFaceWithPackedColorMaterialToSoMaterial(const FltRecordFace* face,
-                                                                           SoMaterial*& material, const int& entry)
+                                                                           FltFaceMaterialEntries& material, const int& entry)
 {
     const PaletteEntry m = paletteEntry(converter->getPaletteMaterial(), face->materialIndex);
     const SbColor color = packedRgb(face);
     // The transparency entry is not written in this case: kept on purpose.
-    setColors(material, entry, multiply(color, m.ambient), multiply(color, m.diffuse), m.specular, m.emissive,
+    material.setColors(entry, multiply(color, m.ambient), multiply(color, m.diffuse), m.specular, m.emissive,
               m.shininess);
 }
 
-void FltObjectToSoSeparator::addFltFaceNoColorMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material,
+void FltObjectToSoSeparator::addFltFaceNoColorMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material,
                                                                    const int& entry)
 {
     const PaletteEntry m = paletteEntry(converter->getPaletteMaterial(), face->materialIndex);
-    setColors(material, entry, m.ambient, m.diffuse, m.specular, m.emissive, m.shininess);
-    setTransparency(material, entry, materialFaceTransparency(face, objectTransparency, m.transparency));
+    material.setColors(entry, m.ambient, m.diffuse, m.specular, m.emissive, m.shininess);
+    material.setTransparency(entry, materialFaceTransparency(face, objectTransparency, m.transparency));
 }
 
 void FltObjectToSoSeparator::addFltFaceWithColorPaletteIndexMaterialToSoMaterial(const FltRecordFace* face,
-                                                                                 SoMaterial*& material,
+                                                                                 FltFaceMaterialEntries& material,
                                                                                  const int& entry)
 {
     const PaletteEntry m = paletteEntry(converter->getPaletteMaterial(), face->materialIndex);
@@ -432,9 +458,9 @@ void FltObjectToSoSeparator::addFltFaceWithColorPaletteIndexMaterialToSoMaterial
         else if (index >= 4096)
             color.setPackedValue(converter->getColorTableEntry(4096 + (index & 0xFFF)), ignored);
     }
-    setColors(material, entry, multiply(m.ambient, color), multiply(m.diffuse, color), m.specular, m.emissive,
+    material.setColors(entry, multiply(m.ambient, color), multiply(m.diffuse, color), m.specular, m.emissive,
               m.shininess);
-    setTransparency(material, entry, materialFaceTransparency(face, objectTransparency, m.transparency));
+    material.setTransparency(entry, materialFaceTransparency(face, objectTransparency, m.transparency));
 }
 
 // Face sets.
@@ -545,17 +571,17 @@ void FltObjectToSoSeparator::addOldVertexToSoVertexProperty(const FltRecordOldVe
 {
     if (!record) return;
     const int n = oldVertex.count;
-    oldVertex.property->vertex.set1Value(n, SbVec3f(static_cast<float>(record->Xcoordinate),
+    oldVertex.getProperty()->vertex.set1Value(n, SbVec3f(static_cast<float>(record->Xcoordinate),
                                                     static_cast<float>(record->Ycoordinate),
                                                     static_cast<float>(record->Zcoordinate)));
-    oldVertex.property->texCoord.set1Value(n, SbVec2f(record->texture[0], record->texture[1]));
+    oldVertex.getProperty()->texCoord.set1Value(n, SbVec2f(record->texture[0], record->texture[1]));
     oldVertex.appendIndex();
 }
 
 void FltObjectToSoSeparator::addOldVertexColorToSoVertexProperty(const FltRecordOldVertexColor* record)
 {
     if (!record) return;
-    oldVertexColor.property->vertex.set1Value(
+    oldVertexColor.getProperty()->vertex.set1Value(
         oldVertexColor.count, SbVec3f(static_cast<float>(record->Xcoordinate), static_cast<float>(record->Ycoordinate),
                                       static_cast<float>(record->Zcoordinate)));
     oldVertexColor.appendIndex();
@@ -564,7 +590,7 @@ void FltObjectToSoSeparator::addOldVertexColorToSoVertexProperty(const FltRecord
 void FltObjectToSoSeparator::addOldVertexColorNormalToSoVertexProperty(const FltRecordOldVertexColorNormal* record)
 {
     if (!record) return;
-    oldVertexColorNormal.property->vertex.set1Value(
+    oldVertexColorNormal.getProperty()->vertex.set1Value(
         oldVertexColorNormal.count,
         SbVec3f(static_cast<float>(record->Xcoordinate), static_cast<float>(record->Ycoordinate),
                 static_cast<float>(record->Zcoordinate)));
@@ -576,7 +602,7 @@ void FltObjectToSoSeparator::buildOldVertexFaceSet(OldVertexFaces& faces, const 
     if (faces.coordIndex.empty()) return;
     auto* faceSet = new SoIndexedFaceSet;
     faceSet->setName(name);
-    faceSet->vertexProperty = faces.property;
+    faceSet->vertexProperty = faces.getProperty();
     faceSet->coordIndex.setValues(0, static_cast<int>(faces.coordIndex.size()), faces.coordIndex.data());
     destination->addChild(faceSet);
 }

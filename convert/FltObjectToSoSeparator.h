@@ -7,6 +7,8 @@
 // per texture pattern, textured ones isolated in separators with their SoTexture2.
 #pragma once
 
+#include <Inventor/SbColor.h>
+
 #include <map>
 #include <vector>
 
@@ -21,6 +23,19 @@ class FltRecordOldVertexColorNormal;
 class FltRecordVertexList;
 class SoMaterial;
 class SoVertexProperty;
+
+// The entries of a face group's material, gathered face by face and written into its
+// SoMaterial once: one notification per field instead of one per face. Entries that no face
+// sets hold Inventor's material defaults.
+struct FltFaceMaterialEntries {
+    std::vector<SbColor> ambient, diffuse, specular, emissive;
+    std::vector<float> shininess, transparency;
+
+    // Ambient, diffuse, specular, emissive and shininess of entry e.
+    void setColors(int e, const SbColor& a, const SbColor& d, const SbColor& s, const SbColor& em, float shine);
+    void setTransparency(int e, float value);
+    void writeTo(SoMaterial* material) const;
+};
 
 // The faces of one texture pattern, gathered while a face group is split by texture.
 struct SoIndexedFaceSetToFinalize {
@@ -47,28 +62,28 @@ public:
 
     void traverseObjectPrimaryRecords();
     void visitAllFaces();
-    std::vector<FltRecord*> getAllRecordsFromFltObject() const;
-    void visitFace(const FltRecordFace* face, std::vector<FltRecord*>::const_iterator position,
-                   std::vector<FltRecord*>::const_iterator end, int subfaceDepth);
-    void visitAllVertexList(std::vector<FltRecord*>::const_iterator position,
-                            std::vector<FltRecord*>::const_iterator end, std::vector<int32_t>& indices,
+    // The end of the object's records: one past the pop level that closes its first push, or
+    // the end of the record array.
+    FltRecordIterator getAllRecordsFromFltObject() const;
+    void visitFace(const FltRecordFace* face, FltRecordIterator position, FltRecordIterator end, int subfaceDepth);
+    void visitAllVertexList(FltRecordIterator position, FltRecordIterator end, std::vector<int32_t>& indices,
                             int& propertyId);
     void visitVertexList(const FltRecordVertexList* list, std::vector<int32_t>& indices, int& propertyId);
     void visitMorphVertexList(const FltRecordMorphVertexList* list, std::vector<int32_t>& indices, int& propertyId);
     void addPolygonOffset();
 
     // Face colours and materials: one entry per face in the group's material.
-    void addFltFaceMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material, const int& entry);
-    void addFltFaceNoColorMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material, const int& entry);
-    void addFltFaceWithColorPaletteIndexMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material,
+    void addFltFaceMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material, const int& entry);
+    void addFltFaceNoColorMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material, const int& entry);
+    void addFltFaceWithColorPaletteIndexMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material,
                                                              const int& entry);
-    void addFltFaceWithPackedColorMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material,
+    void addFltFaceWithPackedColorMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material,
                                                        const int& entry);
-    void addFltFaceWithPackedColorNoMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material,
+    void addFltFaceWithPackedColorNoMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material,
                                                          const int& entry);
-    void addFltFaceWithColorPaletteIndexNoMaterialToSoMaterial(const FltRecordFace* face, SoMaterial*& material,
+    void addFltFaceWithColorPaletteIndexNoMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material,
                                                                const int& entry);
-    void addFltFaceNoColorNoMaterialToSoMaterial(SoMaterial*& material, const int& entry);
+    void addFltFaceNoColorNoMaterialToSoMaterial(FltFaceMaterialEntries& material, const int& entry);
 
     // Face sets.
     void buildAndAddIndexedFaceSetFromIndicesVector(const std::vector<int32_t>& coordIndex,
@@ -102,7 +117,7 @@ public:
         std::vector<int32_t> textures;
         std::vector<int32_t> materialIndex;
         int32_t faceCounter = -1;
-        SoMaterial* material = nullptr;
+        FltFaceMaterialEntries material;
     };
     FaceGroup& faceGroup(int propertyId, bool subface) { return groups[subface ? 1 : 0][propertyId - 1]; }
     void addFaceToVector(const FltRecordFace* face, const std::vector<int32_t>& indices, FaceGroup& group);
@@ -110,12 +125,16 @@ public:
 private:
     // The faces of old vertex records of one kind: their own property and index vector.
     struct OldVertexFaces {
-        SoVertexProperty* property = nullptr;
+        const char* name = "";
+        SoVertexProperty* property = nullptr;  // created with the first vertex
         std::vector<int32_t> coordIndex;
         int32_t count = 0;
         void appendIndex();
         void closeFace();
+        SoVertexProperty* getProperty();
     };
+    // Adds a group's material, named, and its face sets to the destination.
+    void addFaceGroup(int propertyId, bool subface, SoVertexProperty* property);
     void buildOldVertexFaceSet(OldVertexFaces& faces, const char* name);
 
     FltRecordIterator begin_{};
@@ -126,6 +145,8 @@ private:
     bool built = false;
 
     FaceGroup groups[2][4];
+    // Scratch space reused from face to face.
+    std::vector<int32_t> faceIndices;
     OldVertexFaces oldVertex;
     OldVertexFaces oldVertexColor;
     OldVertexFaces oldVertexColorNormal;

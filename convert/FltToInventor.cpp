@@ -11,6 +11,8 @@
 #include <Inventor/nodes/SoTexture2.h>
 #include <Inventor/nodes/SoVertexProperty.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <iostream>
 #include <string>
@@ -31,6 +33,12 @@ constexpr int32_t kInitialVertexCapacity = 100000;
 
 }  // namespace
 
+bool FltToInventor::isRecordDumpSwitchedOff()
+{
+    const char* value = std::getenv("QETZFLT_NO_LOG");
+    return value && *value && std::strcmp(value, "0") != 0;
+}
+
 const char* FltToInventor::getProductNameString() { return "Skerrymoor"; }
 
 const char* FltToInventor::getVersionString() { return "8.6.3"; }
@@ -45,6 +53,9 @@ SoSeparator* FltToInventor::convertFromFile(const char* path)
         FltFileInput fileInput(path);
         FltToInventor converter;
         converter.setFltInputToconvert(&fileInput);
+        if (isRecordDumpSwitchedOff())
+            if (auto* factory = dynamic_cast<Flt_15_7_CreationVisitor*>(converter.fltParser->creationVisitor))
+                factory->setDumpStream(nullptr);
         const std::string logName = std::string(path) + ".log";
         converter.enableFileLogging(logName.c_str());
         root = new SoSeparator;
@@ -208,7 +219,11 @@ void FltToInventor::destroyAllFltRecords()
 void FltToInventor::enableFileLogging(const char* fileName)
 {
     if (fileLogging) disableFileLogging();
-    logStream = new std::ofstream(fileName ? fileName : "", std::ios::out | std::ios::trunc);
+    logStream = new std::ofstream;
+    // A large buffer: the log holds about ten bytes of text per byte of database.
+    if (!logBuffer) logBuffer.reset(new char[kLogBufferSize]);
+    logStream->rdbuf()->pubsetbuf(logBuffer.get(), kLogBufferSize);
+    logStream->open(fileName ? fileName : "", std::ios::out | std::ios::trunc);
     savedStandardOutput = std::cout.rdbuf(logStream->rdbuf());
     fileLogging = true;
 }

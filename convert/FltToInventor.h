@@ -82,18 +82,32 @@ struct VertexEntry {
 };
 
 // Vertex palette offsets to converted vertices. Offsets arrive in increasing order while
-// the palette is walked, so a sorted vector answers each lookup by binary search.
+// the palette is walked, so entries are kept sorted by offset; vertex records are multiples
+// of 8 bytes long, so a slot per 8 bytes of palette answers almost every lookup at once,
+// and a binary search the others.
 class FltVertexOffsetMap {
 public:
     // The entry of an offset, created when absent.
     VertexEntry& insert(uint64_t offset);
     // The entry of an offset, or null when no vertex record starts there.
-    const VertexEntry* find(uint64_t offset) const;
+    const VertexEntry* find(uint64_t offset) const
+    {
+        if ((offset & 7) == 0 && (offset >> 3) < slots_.size()) {
+            const uint32_t slot = slots_[offset >> 3];
+            return slot ? &entries_[slot - 1].second : nullptr;
+        }
+        return search(offset);
+    }
     size_t size() const { return entries_.size(); }
     const std::vector<std::pair<uint64_t, VertexEntry>>& entries() const { return entries_; }
 
 private:
+    const VertexEntry* search(uint64_t offset) const;
     std::vector<std::pair<uint64_t, VertexEntry>> entries_;
+    // Entry number + 1 of the vertex at each multiple of 8, 0 for none; valid while entries
+    // were appended in increasing order (the slots stop growing otherwise).
+    std::vector<uint32_t> slots_;
+    bool ordered_ = true;
 };
 
 // Ids of the four shared vertex properties; 5 stands for none of them.
@@ -110,6 +124,9 @@ public:
     // The whole conversion run of one file; null only for an empty path.
     static SoSeparator* convertFromFile(const char* path);
     static const char* getProductNameString();
+    // True when QETZFLT_NO_LOG is set (to anything but "0"): the log file then receives the
+    // parse progress but no dump of the records.
+    static bool isRecordDumpSwitchedOff();
     static const char* getVersionString();
 
     FltToInventor();
@@ -171,6 +188,8 @@ public:
     SoVertexProperty* getSoVertexPropertyFromOffset(unsigned long offset);
     int getIndexVertexFromOffset(unsigned long offset);
     int getSizeVertexFromOffset(unsigned long offset);
+    // The converted vertex at a palette offset, or null; one lookup for property and index.
+    const VertexEntry* findVertexEntry(uint64_t offset) const { return offsetToVertexEntry.find(offset); }
     void copyVertexToVertexColorNormalUV(int sourceId, int sourceIndex, SbVec3f normal, int& newIndex);
     void showOffsetToVertexEntryMap(int lineLimit);
 
@@ -222,6 +241,9 @@ public:
     SoGroup* getNodesStackTop() const;
 
     static constexpr int kColorTableSize = 4152;
+
+    // Scratch space of the object builder, kept from face to face.
+    std::vector<std::pair<int, int32_t>> scratchVertices;
 
     // Shared vertex property bookkeeping: a count, a capacity and a write cursor per field.
     struct SharedVertexProperty {
@@ -295,6 +317,8 @@ protected:
     std::shared_ptr<std::set<std::string>> referenceChain;
 
     std::ofstream* logStream = nullptr;
+    static constexpr std::streamsize kLogBufferSize = 1 << 20;
+    std::unique_ptr<char[]> logBuffer;
     bool fileLogging = false;
     std::streambuf* savedStandardOutput = nullptr;
 

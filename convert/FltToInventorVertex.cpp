@@ -4,6 +4,7 @@
 #include <Inventor/nodes/SoVertexProperty.h>
 
 #include <algorithm>
+#include <limits>
 #include <iostream>
 
 #include "convert/FltFieldUtil.h"
@@ -20,22 +21,36 @@ constexpr uint32_t kOpaqueWhite = 0xFFFFFFFFu;
 
 }  // namespace
 
+namespace {
+bool offsetBefore(const std::pair<uint64_t, VertexEntry>& entry, uint64_t offset) { return entry.first < offset; }
+
+// Slots are kept for palettes up to this size; a larger (damaged) offset uses the search.
+constexpr uint64_t kMaxSlottedOffset = uint64_t(1) << 34;
+}  // namespace
+
 VertexEntry& FltVertexOffsetMap::insert(uint64_t offset)
 {
     if (entries_.empty() || entries_.back().first < offset) {
         entries_.emplace_back(offset, VertexEntry());
+        if (ordered_ && (offset & 7) == 0 && offset < kMaxSlottedOffset &&
+            entries_.size() < std::numeric_limits<uint32_t>::max()) {
+            if (slots_.size() <= (offset >> 3)) slots_.resize((offset >> 3) + 1, 0);
+            slots_[offset >> 3] = static_cast<uint32_t>(entries_.size());
+        }
         return entries_.back().second;
     }
-    auto it = std::lower_bound(entries_.begin(), entries_.end(), offset,
-                               [](const std::pair<uint64_t, VertexEntry>& e, uint64_t o) { return e.first < o; });
-    if (it == entries_.end() || it->first != offset) it = entries_.emplace(it, offset, VertexEntry());
-    return it->second;
+    auto it = std::lower_bound(entries_.begin(), entries_.end(), offset, offsetBefore);
+    if (it != entries_.end() && it->first == offset) return it->second;
+    // An offset out of order moves the entries: the slots no longer hold.
+    ordered_ = false;
+    slots_.clear();
+    slots_.shrink_to_fit();
+    return entries_.emplace(it, offset, VertexEntry())->second;
 }
 
-const VertexEntry* FltVertexOffsetMap::find(uint64_t offset) const
+const VertexEntry* FltVertexOffsetMap::search(uint64_t offset) const
 {
-    auto it = std::lower_bound(entries_.begin(), entries_.end(), offset,
-                               [](const std::pair<uint64_t, VertexEntry>& e, uint64_t o) { return e.first < o; });
+    auto it = std::lower_bound(entries_.begin(), entries_.end(), offset, offsetBefore);
     return it != entries_.end() && it->first == offset ? &it->second : nullptr;
 }
 

@@ -3,18 +3,23 @@
 
 #include "reader/FltBytes.h"
 #include "reader/FltDump.h"
+#include "reader/FltRecordAllocator.h"
+
+void* AbstractFltRecord::operator new(std::size_t size) { return fltrecordmemory::allocate(size); }
+
+void AbstractFltRecord::operator delete(void* p, std::size_t size) noexcept { fltrecordmemory::release(p, size); }
 
 void AbstractFltRecord::writeHeadingBlock(FltDump& out) const
 {
     out.text(getHeading()).nl();
-    out.text("  (").text(getRecordCategory().c_str()).text(")").nl();
+    out.text("  (").text(getCategoryName()).text(")").nl();
     out.text("-- Opcode: ").num(getOpcode()).text("  Length: ").unum(getLength()).text(" --").nl();
 }
 
 std::ostream& AbstractFltRecord::opcodeAndLength(std::ostream& os) const
 {
     FltDump out(os);
-    out.text("  (").text(getRecordCategory().c_str()).text(")").nl();
+    out.text("  (").text(getCategoryName()).text(")").nl();
     out.text("-- Opcode: ").num(getOpcode()).text("  Length: ").unum(getLength()).text(" --").nl();
     return os;
 }

@@ -7,6 +7,7 @@
 // them directly.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <ostream>
 #include <string>
@@ -29,8 +30,9 @@ public:
     virtual void getPropertiesFromData(char* data) = 0;
     virtual ~FltRecord() = default;
 
-    // The category without building its string, for the converter's walk.
+    // The category without building its string, for the converter's walk and the dump.
     virtual FltCategory getCategoryKind() const = 0;
+    virtual const char* getCategoryName() const = 0;
 };
 
 // Holds the length and implements the shared dump and decode mechanics. A concrete class
@@ -39,6 +41,10 @@ class AbstractFltRecord : public FltRecord {
 public:
     explicit AbstractFltRecord(unsigned int length) : length(length) {}
     ~AbstractFltRecord() override { length = 0; }
+
+    // Records are created and freed in great numbers; see FltRecordAllocator.h.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* p, std::size_t size) noexcept;
 
     unsigned int getLength() const override { return length; }
     std::ostream& nameOpcodeAndLength(std::ostream& os) const override;
@@ -66,6 +72,7 @@ public:
     ~PrimaryFltRecord() override { length = 0; }
     std::string getRecordCategory() const override { return "PRIMARY_RECORD"; }
     FltCategory getCategoryKind() const override { return FltCategory::Primary; }
+    const char* getCategoryName() const override { return "PRIMARY_RECORD"; }
 };
 
 class AncillaryFltRecord : public AbstractFltRecord {
@@ -74,6 +81,7 @@ public:
     ~AncillaryFltRecord() override { length = 0; }
     std::string getRecordCategory() const override { return "ANCILLARY_RECORD"; }
     FltCategory getCategoryKind() const override { return FltCategory::Ancillary; }
+    const char* getCategoryName() const override { return "ANCILLARY_RECORD"; }
 };
 
 class ControlFltRecord : public AbstractFltRecord {
@@ -82,6 +90,7 @@ public:
     ~ControlFltRecord() override { length = 0; }
     std::string getRecordCategory() const override { return "CONTROL_RECORD"; }
     FltCategory getCategoryKind() const override { return FltCategory::Control; }
+    const char* getCategoryName() const override { return "CONTROL_RECORD"; }
 };
 
 class PaletteFltRecord : public AbstractFltRecord {
@@ -90,6 +99,7 @@ public:
     ~PaletteFltRecord() override { length = 0; }
     std::string getRecordCategory() const override { return "PALETTE_RECORD"; }
     FltCategory getCategoryKind() const override { return FltCategory::Palette; }
+    const char* getCategoryName() const override { return "PALETTE_RECORD"; }
 };
 
 // Carries the database's format revision (the header's formatRevisionLevel, 1570 for 15.7)

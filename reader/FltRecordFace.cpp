@@ -51,10 +51,6 @@ void FltRecordFace::decode(const FltBytes& in)
     reserved7 = 0;
 }
 
-namespace {
-double colorComponent(uint8_t byte) { return static_cast<float>(byte / 255.0); }
-}  // namespace
-
 void FltRecordFace::dumpFields(FltDump& out) const
 {
     const uint32_t bits = static_cast<uint32_t>(flags);
@@ -82,14 +78,14 @@ void FltRecordFace::dumpFields(FltDump& out) const
         .flag("  Terrain Culture Cutout: ", bits & 0x08000000u)
         .flag("      Hidden (not drawn): ", bits & 0x04000000u)
         .u16("lightMode: ", lightMode)
-        .f64("packedColor: alpha=", colorComponent(packedColor[0]))
-        .f64("              blue=", colorComponent(packedColor[1]))
-        .f64("             green=", colorComponent(packedColor[2]))
-        .f64("               red=", colorComponent(packedColor[3]))
-        .f64("alternatePackedColor: alpha=", colorComponent(alternatePackedColor[0]))
-        .f64("                       blue=", colorComponent(alternatePackedColor[1]))
-        .f64("                      green=", colorComponent(alternatePackedColor[2]))
-        .f64("                        red=", colorComponent(alternatePackedColor[3]));
+        .byteFraction("packedColor: alpha=", packedColor[0])
+        .byteFraction("              blue=", packedColor[1])
+        .byteFraction("             green=", packedColor[2])
+        .byteFraction("               red=", packedColor[3])
+        .byteFraction("alternatePackedColor: alpha=", alternatePackedColor[0])
+        .byteFraction("                       blue=", alternatePackedColor[1])
+        .byteFraction("                      green=", alternatePackedColor[2])
+        .byteFraction("                        red=", alternatePackedColor[3]);
     if (formatRevision >= 1500) {
         out.i16("textureMappingIndex: ", textureMappingIndex)
             .i32("primaryColorIndex: ", primaryColorIndex)

@@ -17,6 +17,7 @@ public:
     int getOpcode() const override { return opcode; }
     std::string getRecordCategory() const override { return category; }
     FltCategory getCategoryKind() const override { return fltCategoryFromString(category); }
+    const char* getCategoryName() const override { return category.c_str(); }
     virtual void setRecordCategory(const std::string& value) { category = value; }
     const char* getHeading() const override { return "\n UNKNOWN RECORD "; }
     void decode(const FltBytes& in) override;

@@ -6,8 +6,6 @@
 
 namespace {
 
-double colorComponent(uint8_t byte) { return static_cast<float>(byte / 255.0); }
-
 // Number of 4-byte words after the header; a record of 4 bytes or less has none.
 size_t wordsAfterHeader(unsigned int length) { return length > 4 ? (length - 4) >> 2 : 0; }
 
@@ -86,10 +84,10 @@ void FltRecordVertexColor::properties1(FltDump& out) const
 
 void FltRecordVertexColor::properties2(FltDump& out) const
 {
-    out.f64("packedColor: alpha=", colorComponent(packedColor[0]))
-        .f64("              blue=", colorComponent(packedColor[1]))
-        .f64("             green=", colorComponent(packedColor[2]))
-        .f64("               red=", colorComponent(packedColor[3]))
+    out.byteFraction("packedColor: alpha=", packedColor[0])
+        .byteFraction("              blue=", packedColor[1])
+        .byteFraction("             green=", packedColor[2])
+        .byteFraction("               red=", packedColor[3])
         .i32("vertexColorIndex: ", vertexColorIndex);
 }
 

@@ -3,7 +3,8 @@
 # an AddressSanitizer + UndefinedBehaviorSanitizer build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup-packages.sh cmake make g++ pkg-config libcoin-dev libgtest-dev
+scripts/setup-packages.sh cmake make g++ pkg-config libcoin-dev libgtest-dev libpng-dev libx11-dev libgl-dev libglx-dev \
+  libsimage-dev xvfb libgl1-mesa-dri
 jobs=$(nproc)
 
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo

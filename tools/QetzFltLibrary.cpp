@@ -37,13 +37,19 @@ QetzFltLibrary::QetzFltLibrary()
             path_ = candidate;
             break;
         }
+        // The first candidate that exists but fails says most (a missing symbol, say).
         const char* why = dlerror();
-        error_ = why ? why : ("cannot load " + candidate);
+        if (error_.empty()) error_ = why ? why : ("cannot load " + candidate);
     }
     if (!handle_) return;
     convertFrom = reinterpret_cast<ConvertFrom>(dlsym(handle_, "convertFrom"));
     getProductName = reinterpret_cast<NameFunction>(dlsym(handle_, "getProductName"));
     getVersion = reinterpret_cast<NameFunction>(dlsym(handle_, "getVersion"));
+    inspect = reinterpret_cast<InspectFunction>(dlsym(handle_, "qetzfltInspect"));
+    writeStatistics = reinterpret_cast<PathFunction>(dlsym(handle_, "qetzfltWriteStatistics"));
+    messageCount = reinterpret_cast<CountFunction>(dlsym(handle_, "qetzfltMessageCount"));
+    messageText = reinterpret_cast<MessageTextFunction>(dlsym(handle_, "qetzfltMessageText"));
+    messageLevel = reinterpret_cast<MessageLevelFunction>(dlsym(handle_, "qetzfltMessageLevel"));
     if (!convertFrom) error_ = path_ + " does not export convertFrom";
 }
 

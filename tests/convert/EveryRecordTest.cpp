@@ -9,7 +9,7 @@
 
 namespace {
 
-const std::string kGoldenLog = QETZFLT_SOURCE_DIR "/tests/golden/every-record.flt.log";
+const std::string kGoldenLog = QETZFLT_SOURCE_DIR "/tests/golden/every-record.log";
 
 // With QETZFLT_UPDATE_GOLDEN set, the golden file is rewritten instead of compared.
 void compareWithGolden(const std::string& actual, const std::string& golden)

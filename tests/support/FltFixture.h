@@ -250,6 +250,18 @@ public:
         r.chars(4, id, 8);
         return add(r);
     }
+    // Clip region, opcode 98, 280 bytes: planes[i] = {A, B, C, D} of A*x + B*y + C*z + D = 0.
+    FltFixture& clipRegion(const std::string& id, const std::vector<std::vector<double>>& planes,
+                           const std::vector<bool>& enabled)
+    {
+        FltRecordBytes r(98, 280);
+        r.chars(4, id, 8);
+        for (size_t i = 0; i < planes.size() && i < 5; ++i) {
+            r.u8(18 + i, i < enabled.size() && enabled[i] ? 1 : 0);
+            for (size_t c = 0; c < 4 && c < planes[i].size(); ++c) r.f64(120 + 40 * c + 8 * i, planes[i][c]);
+        }
+        return add(r);
+    }
     FltFixture& externalReference(const std::string& path, int32_t flags = 0)
     {
         FltRecordBytes r(63, 216);

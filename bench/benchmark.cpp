@@ -1,0 +1,170 @@
+// qetzflt-bench: times conversions against the floor of merely reading a file and walking
+// its record headers, with the per-record log dump on and off, and reports peak memory.
+//
+//   qetzflt-bench [--runs N] FILE...
+//
+// For each file the floor, the conversion with the log and the conversion without it run
+// interleaved, N times each (default 5); the table shows medians and their ratios to the
+// floor. Peak memory is the maximum resident size of a fresh process converting the file
+// once, log on, next to the file's size.
+#include <Inventor/SoDB.h>
+#include <Inventor/nodes/SoSeparator.h>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "convert/FltToInventor.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double seconds(Clock::time_point start) { return std::chrono::duration<double>(Clock::now() - start).count(); }
+
+// Reads the file into one buffer and walks every record header, touching every byte.
+uint64_t floorPass(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary | std::ios::ate);
+    const std::streamsize size = in.tellg();
+    std::vector<unsigned char> buffer(static_cast<size_t>(size));
+    in.seekg(0);
+    in.read(reinterpret_cast<char*>(buffer.data()), size);
+    uint64_t sum = 0;
+    size_t offset = 0;
+    while (offset + 4 <= buffer.size()) {
+        const unsigned opcode = (buffer[offset] << 8) | buffer[offset + 1];
+        const unsigned length = (buffer[offset + 2] << 8) | buffer[offset + 3];
+        if (length < 4 || offset + length > buffer.size()) break;
+        for (size_t i = offset; i < offset + length; ++i) sum += buffer[i];
+        sum += opcode;
+        offset += length;
+    }
+    return sum;
+}
+
+double convertOnce(const std::string& path, bool log)
+{
+    if (log)
+        unsetenv("QETZFLT_NO_LOG");
+    else
+        setenv("QETZFLT_NO_LOG", "1", 1);
+    const Clock::time_point start = Clock::now();
+    SoSeparator* root = convertFrom(path.c_str());
+    const double elapsed = seconds(start);
+    // A converted root comes back with one reference, a refused one with none.
+    if (root->getRefCount() == 0) root->ref();
+    root->unref();
+    return elapsed;
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    const size_t n = values.size();
+    return n % 2 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
+}
+
+// Peak resident size, in bytes, of a fresh process that converts the file once.
+long peakBytes(const char* self, const std::string& path)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        execl(self, self, "--peak-child", path.c_str(), static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    int status = 0;
+    struct rusage usage {};
+    if (child < 0 || wait4(child, &status, 0, &usage) < 0 || !WIFEXITED(status) || WEXITSTATUS(status) != 0) return -1;
+    return usage.ru_maxrss * 1024L;
+}
+
+struct Row {
+    std::string name;
+    double mib = 0, floor = 0, logOn = 0, logOff = 0;
+    long peak = -1;
+};
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    SoDB::init();
+    if (argc == 3 && std::strcmp(argv[1], "--peak-child") == 0) {
+        // Quiet: the library's own lines would only mix into the table.
+        std::freopen("/dev/null", "w", stdout);
+        return convertOnce(argv[2], true) >= 0 ? 0 : 1;
+    }
+    int runs = 5;
+    std::vector<std::string> files;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--runs") == 0 && i + 1 < argc)
+            runs = std::max(1, std::atoi(argv[++i]));
+        else
+            files.push_back(argv[i]);
+    }
+    if (files.empty()) {
+        std::cerr << "usage: qetzflt-bench [--runs N] FILE...\n";
+        return 2;
+    }
+
+    // Peaks first: a child's peak counts the memory it held at the fork, so the parent must
+    // still be small.
+    std::vector<long> peaks;
+    for (const std::string& path : files) peaks.push_back(peakBytes(argv[0], path));
+
+    std::vector<Row> rows;
+    for (const std::string& path : files) {
+        Row row;
+        row.peak = peaks[rows.size()];
+        row.name = std::filesystem::path(path).filename().string();
+        row.mib = std::filesystem::file_size(path) / (1024.0 * 1024.0);
+        std::vector<double> floors, ons, offs;
+        uint64_t checksum = 0;
+        {
+            // The library's "Success in opening file" line goes to standard output.
+            std::streambuf* saved = std::cout.rdbuf(nullptr);
+            floorPass(path);  // warm the page cache
+            for (int r = 0; r < runs; ++r) {
+                Clock::time_point start = Clock::now();
+                checksum += floorPass(path);
+                floors.push_back(seconds(start));
+                ons.push_back(convertOnce(path, true));
+                offs.push_back(convertOnce(path, false));
+            }
+            std::cout.rdbuf(saved);
+        }
+        row.floor = median(floors);
+        row.logOn = median(ons);
+        row.logOff = median(offs);
+        rows.push_back(row);
+        std::fprintf(stderr, "%s done (checksum %llu)\n", row.name.c_str(), static_cast<unsigned long long>(checksum));
+    }
+
+    std::printf("%-22s %9s %9s %16s %16s %11s %11s %17s\n", "file", "MiB", "floor s", "log on s (x)", "log off s (x)",
+                "on s/MiB", "off s/MiB", "peak MiB (x size)");
+    for (const Row& r : rows) {
+        std::printf("%-22s %9.1f %9.4f %8.3f (%5.1f) %8.3f (%5.1f) %11.4f %11.4f %9.1f (%5.2f)\n", r.name.c_str(), r.mib,
+                    r.floor, r.logOn, r.logOn / r.floor, r.logOff, r.logOff / r.floor, r.logOn / r.mib,
+                    r.logOff / r.mib, r.peak / (1024.0 * 1024.0), r.peak / (r.mib * 1024 * 1024));
+    }
+    if (rows.size() >= 2) {
+        const Row& big = rows.back();
+        const Row& small = rows[rows.size() - 2];
+        std::printf("\nlinearity, time per MiB of %s over %s: log on %.2f, log off %.2f\n", big.name.c_str(),
+                    small.name.c_str(), (big.logOn / big.mib) / (small.logOn / small.mib),
+                    (big.logOff / big.mib) / (small.logOff / small.mib));
+    }
+    return 0;
+}

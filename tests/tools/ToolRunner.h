@@ -1,0 +1,97 @@
+// Running the built programs (qetzflt, qetzflt-demo, the Coin host) as a user would, and
+// reading what they wrote: exit status, standard output and error, PNG pictures.
+#pragma once
+
+#include <fcntl.h>
+#include <png.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "TestSupport.h"
+
+struct RunResult {
+    int status = -1;  // the exit status, or -1 when the program did not exit normally
+    std::string out;
+    std::string err;
+};
+
+// Runs program with args in directory `cwd` (the current one when empty), with the extra
+// environment variables given (an empty value removes the variable).
+inline RunResult runProgram(const std::string& program, const std::vector<std::string>& args,
+                            const std::vector<std::pair<std::string, std::string>>& env = {},
+                            const std::string& cwd = "")
+{
+    ScratchDir capture;
+    const std::string outPath = capture.file("out"), errPath = capture.file("err");
+    const pid_t pid = fork();
+    if (pid == 0) {
+        const int out = open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        const int err = open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        if (out < 0 || err < 0) _exit(126);
+        dup2(out, 1);
+        dup2(err, 2);
+        for (const auto& e : env) {
+            if (e.second.empty()) unsetenv(e.first.c_str());
+            else setenv(e.first.c_str(), e.second.c_str(), 1);
+        }
+        if (!cwd.empty() && chdir(cwd.c_str()) != 0) _exit(126);
+        std::vector<char*> argv;
+        argv.push_back(const_cast<char*>(program.c_str()));
+        for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
+        argv.push_back(nullptr);
+        execv(program.c_str(), argv.data());
+        _exit(127);
+    }
+    RunResult result;
+    int status = 0;
+    if (pid > 0 && waitpid(pid, &status, 0) == pid && WIFEXITED(status)) result.status = WEXITSTATUS(status);
+    result.out = readFile(outPath);
+    result.err = readFile(errPath);
+    return result;
+}
+
+inline RunResult runTool(const std::vector<std::string>& args, const std::string& cwd = "",
+                         const std::vector<std::pair<std::string, std::string>>& env = {})
+{
+    return runProgram(QETZFLT_TOOL_PATH, args, env, cwd);
+}
+
+inline bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+// A decoded PNG picture, three bytes a pixel, top row first.
+struct PngPicture {
+    int width = 0;
+    int height = 0;
+    std::vector<unsigned char> rgb;
+
+    const unsigned char* at(int x, int y) const { return &rgb[(static_cast<size_t>(y) * width + x) * 3]; }
+};
+
+inline bool readPng(const std::string& path, PngPicture& picture)
+{
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    if (!png_image_begin_read_from_file(&image, path.c_str())) return false;
+    image.format = PNG_FORMAT_RGB;
+    picture.width = static_cast<int>(image.width);
+    picture.height = static_cast<int>(image.height);
+    picture.rgb.resize(PNG_IMAGE_SIZE(image));
+    const bool ok = png_image_finish_read(&image, nullptr, picture.rgb.data(), 0, nullptr) != 0;
+    png_image_free(&image);
+    return ok;
+}
+
+// Writes the demo database and its files into dir; the path of the main file.
+inline std::string writeDemoDatabase(const ScratchDir& dir)
+{
+    const std::string path = dir.file("demo.flt");
+    runProgram(QETZFLT_DEMO_PATH, {path});
+    return path;
+}

@@ -1,0 +1,298 @@
+// qetzflt info, deps and stats: what a database holds, the files it needs, its statistics.
+#include <Inventor/nodes/SoSeparator.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iomanip>
+#include <iostream>
+#include <iterator>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "Commands.h"
+#include "QetzFltLibrary.h"
+#include "SceneSummary.h"
+#include "ToolSupport.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const char* const kInfoUsage =
+    "usage: qetzflt info IN.flt [--tree]\n"
+    "\n"
+    "Converts the database and tells what it holds: format revision, units, packed-colour mode,\n"
+    "record counts per opcode, the node, face set, face, vertex and triangle counts of the\n"
+    "scene, its bounding box and the console messages of the conversion.\n"
+    "  --tree   also print the hierarchy of groups, named nodes and face sets\n";
+
+const char* const kDepsUsage =
+    "usage: qetzflt deps IN.flt\n"
+    "\n"
+    "Lists every external reference and texture file of the database and of the databases it\n"
+    "references, the path each resolves to, and whether that file exists.\n"
+    "Exit status 1 when a file is missing.\n";
+
+const char* const kStatsUsage =
+    "usage: qetzflt stats IN.flt\n"
+    "\n"
+    "Writes the record counts per opcode to IN.flt.stat and prints that file.\n";
+
+// The facts qetzfltInspect reports about one database.
+struct DatabaseFacts {
+    std::string formatRevision;
+    std::string units;
+    bool packedColorMode = false;
+    std::string id;
+    std::vector<std::string> records;  // "<opcode> <count> <heading>"
+    std::string recordTotal;
+    std::vector<std::string> references;
+    std::vector<std::string> textures;  // "<index> <name>"
+};
+
+void collectFact(void* user, const char* key, const char* value)
+{
+    auto* facts = static_cast<DatabaseFacts*>(user);
+    const std::string k = key ? key : "";
+    const std::string v = value ? value : "";
+    if (k == "formatRevision") facts->formatRevision = v;
+    else if (k == "units") facts->units = v;
+    else if (k == "packedColorMode") facts->packedColorMode = v == "1";
+    else if (k == "id") facts->id = v;
+    else if (k == "record") facts->records.push_back(v);
+    else if (k == "recordTotal") facts->recordTotal = v;
+    else if (k == "externalReference") facts->references.push_back(v);
+    else if (k == "texturePattern") facts->textures.push_back(v);
+}
+
+// 0 when the database was read; 1 when it was not; -1 when the library cannot tell.
+int inspect(QetzFltLibrary& library, const std::string& path, DatabaseFacts& facts)
+{
+    if (!library.inspect) return -1;
+    return library.inspect(path.c_str(), collectFact, &facts) == 0 ? 0 : 1;
+}
+
+std::string unitsName(const std::string& code)
+{
+    if (code == "0") return "metres";
+    if (code == "1") return "kilometres";
+    if (code == "4") return "feet";
+    if (code == "5") return "inches";
+    if (code == "8") return "nautical miles";
+    return "unknown (code " + code + ")";
+}
+
+void printMessages(const std::vector<ConsoleMessage>& messages)
+{
+    std::cout << "messages: " << (messages.empty() ? "none" : std::to_string(messages.size())) << "\n";
+    for (const ConsoleMessage& m : messages) {
+        std::string text = m.text;
+        while (!text.empty() && text.back() == '\n') text.pop_back();
+        std::cout << "  [level " << m.level << "] " << text << "\n";
+    }
+}
+
+void printRecords(const DatabaseFacts& facts)
+{
+    std::cout << "records: " << facts.recordTotal << "\n";
+    for (const std::string& line : facts.records) {
+        std::istringstream in(line);
+        int opcode = 0, count = 0;
+        in >> opcode >> count;
+        std::string heading;
+        std::getline(in >> std::ws, heading);
+        std::cout << "  " << std::setw(4) << opcode << "  " << std::left << std::setw(34) << heading << std::right
+                  << std::setw(8) << count << "\n";
+    }
+}
+
+void printScene(const SceneSummary& s)
+{
+    std::cout << "scene:\n"
+              << "  nodes: " << s.nodes << " (" << s.groups << " groups)\n"
+              << "  face sets: " << s.faceSets << "\n"
+              << "  faces: " << s.faces << "\n"
+              << "  vertices: " << s.vertices << "\n"
+              << "  triangles: " << s.triangles << "\n"
+              << "  textures: " << s.textures << "\n";
+    if (s.boundingBox.isEmpty()) {
+        std::cout << "  bounding box: empty\n";
+    } else {
+        const SbVec3f& lo = s.boundingBox.getMin();
+        const SbVec3f& hi = s.boundingBox.getMax();
+        std::cout << "  bounding box: (" << lo[0] << ", " << lo[1] << ", " << lo[2] << ") to (" << hi[0] << ", "
+                  << hi[1] << ", " << hi[2] << ")\n";
+    }
+}
+
+// Where the library opens a reference: the referencing file's directory followed by the
+// name, a leading "./" dropped.
+std::string referencePath(const std::string& name, const std::string& directory)
+{
+    std::string cleaned = name;
+    for (char& c : cleaned)
+        if (c == '\\') c = '/';
+    if (cleaned.rfind("./", 0) == 0) cleaned = cleaned.substr(2);
+    return resolveAgainst(cleaned, directory);
+}
+
+// Lists one database's references and textures, then those of every referenced database
+// (each once). Returns the number of missing files.
+int listDependencies(QetzFltLibrary& library, const std::string& path, int depth, std::set<std::string>& visited)
+{
+    DatabaseFacts facts;
+    if (inspect(library, path, facts) != 0) return 0;
+    const std::string directory = directoryOf(path);
+    const std::string indent(2 * depth, ' ');
+    int missing = 0;
+    for (const std::string& entry : facts.textures) {
+        const std::string name = entry.substr(entry.find(' ') + 1);
+        const std::string resolved = resolveAgainst(name, directory);
+        const bool found = fs::is_regular_file(resolved);
+        missing += found ? 0 : 1;
+        std::cout << indent << "texture    " << name << "  ->  " << resolved << "  " << (found ? "found" : "MISSING")
+                  << "\n";
+    }
+    for (const std::string& name : facts.references) {
+        if (name.empty()) continue;
+        const std::string resolved = referencePath(name, directory);
+        const bool found = fs::is_regular_file(resolved);
+        missing += found ? 0 : 1;
+        std::cout << indent << "reference  " << name << "  ->  " << resolved << "  " << (found ? "found" : "MISSING")
+                  << "\n";
+        if (!found) continue;
+        if (!visited.insert(resolved).second) {
+            std::cout << indent << "  (listed above)\n";
+            continue;
+        }
+        missing += listDependencies(library, resolved, depth + 1, visited);
+    }
+    return missing;
+}
+
+// The single input file of a subcommand, or an exit status through `status`.
+bool singleInput(int argc, char** argv, const char* command, const char* usage, const std::vector<std::string>& flags,
+                 Arguments& args, int& status)
+{
+    args = parseArguments(argc, argv, 2, flags, {});
+    if (args.help) {
+        std::cout << usage;
+        status = kOk;
+        return false;
+    }
+    if (!args.error.empty()) {
+        status = usageError(command, args.error, usage);
+        return false;
+    }
+    if (args.positional.size() != 1) {
+        status = usageError(command, "expects one input file", usage);
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+int commandInfo(int argc, char** argv)
+{
+    Arguments args;
+    int status = kOk;
+    if (!singleInput(argc, argv, "info", kInfoUsage, {"--tree"}, args, status)) return status;
+    const std::string input = args.positional[0];
+
+    Conversion conversion;
+    const bool converted = conversion.run(input, false);
+    QetzFltLibrary* library = loadLibrary();
+    if (!library) return kFailed;
+    if (!fs::is_regular_file(input)) return kFailed;
+
+    std::cout << "database: " << input << "\n";
+    DatabaseFacts facts;
+    const int inspected = inspect(*library, input, facts);
+    if (inspected == 0) {
+        std::cout << "name: " << facts.id << "\n"
+                  << "format revision: " << facts.formatRevision << "\n"
+                  << "units: " << unitsName(facts.units) << "\n"
+                  << "packed colour mode: " << (facts.packedColorMode ? "yes" : "no") << "\n";
+        printRecords(facts);
+    } else if (inspected < 0) {
+        std::cout << "(this libQetzFlt.so does not report format revision, units and record counts)\n";
+    }
+    if (converted) {
+        printScene(summarizeScene(conversion.root));
+    } else {
+        std::cout << "scene: not converted\n";
+    }
+    printMessages(conversion.messages);
+    if (converted && args.has("--tree")) {
+        std::cout << "tree:\n";
+        std::ostringstream tree;
+        printTree(tree, conversion.root);
+        std::istringstream lines(tree.str());
+        for (std::string line; std::getline(lines, line);) std::cout << "  " << line << "\n";
+    }
+    return converted ? kOk : kFailed;
+}
+
+int commandDeps(int argc, char** argv)
+{
+    Arguments args;
+    int status = kOk;
+    if (!singleInput(argc, argv, "deps", kDepsUsage, {}, args, status)) return status;
+    const std::string input = args.positional[0];
+    QetzFltLibrary* library = loadLibrary();
+    if (!library) return kFailed;
+    if (!library->inspect) {
+        std::cerr << "qetzflt deps: this libQetzFlt.so cannot list the files a database names\n";
+        return kFailed;
+    }
+    if (!fs::is_regular_file(input)) {
+        std::cerr << "qetzflt: " << input << ": no such file\n";
+        return kFailed;
+    }
+    DatabaseFacts facts;
+    if (inspect(*library, input, facts) != 0) {
+        std::cerr << "qetzflt: " << input << ": not an OpenFlight database\n";
+        return kFailed;
+    }
+    std::cout << "database: " << input << "\n";
+    std::set<std::string> visited{resolveAgainst(input, fs::current_path().string())};
+    const int missing = listDependencies(*library, input, 0, visited);
+    if (missing > 0) {
+        std::cout << missing << (missing == 1 ? " file is" : " files are") << " missing\n";
+        std::cerr << "qetzflt deps: " << missing << (missing == 1 ? " file is" : " files are") << " missing\n";
+        return kFailed;
+    }
+    std::cout << "all files found\n";
+    return kOk;
+}
+
+int commandStats(int argc, char** argv)
+{
+    Arguments args;
+    int status = kOk;
+    if (!singleInput(argc, argv, "stats", kStatsUsage, {}, args, status)) return status;
+    const std::string input = args.positional[0];
+    QetzFltLibrary* library = loadLibrary();
+    if (!library) return kFailed;
+    if (!library->writeStatistics) {
+        std::cerr << "qetzflt stats: this libQetzFlt.so does not write statistics\n";
+        return kFailed;
+    }
+    if (!fs::is_regular_file(input)) {
+        std::cerr << "qetzflt: " << input << ": no such file\n";
+        return kFailed;
+    }
+    const std::string statFile = input + ".stat";
+    if (library->writeStatistics(input.c_str()) != 0 || !fs::is_regular_file(statFile)) {
+        std::cerr << "qetzflt stats: " << input << ": not an OpenFlight database, no statistics written\n";
+        return kFailed;
+    }
+    std::ifstream in(statFile, std::ios::binary);
+    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::cout << text;
+    if (text.empty() || text.back() != '\n') std::cout << "\n";
+    return kOk;
+}

@@ -1,0 +1,71 @@
+// The foreign-file kit for .flt files, built as the loadable module libSoFLTFileKit.so.
+#include "SoFLTFileKit.h"
+
+#include <Inventor/SbName.h>
+#include <Inventor/SoInput.h>
+#include <Inventor/nodes/SoSeparator.h>
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <string>
+
+#include "convert/FltToInventor.h"
+
+SO_KIT_SOURCE(SoFLTFileKit);
+
+void SoFLTFileKit::initClass(void)
+{
+    if (getClassTypeId() != SoType::badType()) return;
+    SO_KIT_INIT_CLASS(SoFLTFileKit, SoForeignFileKit, "ForeignFileKit");
+    SoForeignFileKit::registerFileExtension(getClassTypeId(), "flt", SoFLTFileKit::identify);
+}
+
+SoFLTFileKit::SoFLTFileKit(void)
+{
+    SO_KIT_CONSTRUCTOR(SoFLTFileKit);
+    SO_KIT_INIT_INSTANCE();
+}
+
+SoFLTFileKit::~SoFLTFileKit(void) {}
+
+// A database begins with a header record: opcode 1, big-endian.
+SbBool SoFLTFileKit::identify(const char* filename)
+{
+    if (!filename) return FALSE;
+    FILE* file = std::fopen(filename, "rb");
+    if (!file) return FALSE;
+    unsigned char start[4] = {0, 0, 0, 0};
+    const size_t n = std::fread(start, 1, 4, file);
+    std::fclose(file);
+    return n == 4 && start[0] == 0 && start[1] == 1 && ((start[2] << 8) | start[3]) >= 4;
+}
+
+SbBool SoFLTFileKit::canReadFile(const char* filename) const
+{
+    return filename ? identify(filename) : TRUE;
+}
+
+SbBool SoFLTFileKit::readFile(const char* filename)
+{
+    if (!filename || !*filename) return FALSE;
+    std::error_code ec;
+    std::filesystem::path absolute = std::filesystem::absolute(filename, ec);
+    const std::string directory = ec ? std::string(".") : absolute.lexically_normal().parent_path().string();
+    SoInput::addDirectoryFirst(directory.c_str());
+    SoSeparator* root = convertFrom(filename);
+    SoInput::removeDirectory(directory.c_str());
+    if (!root) return FALSE;
+    root->ref();
+    const bool converted = root->getNumChildren() > 0;
+    if (converted) setAnyPart("topSeparator", root);
+    root->unref();
+    return converted ? TRUE : FALSE;
+}
+
+SoSeparator* SoFLTFileKit::convert(void)
+{
+    auto* scene = new SoSeparator;
+    if (SoNode* top = getAnyPart("topSeparator", FALSE)) scene->addChild(top);
+    return scene;
+}

@@ -1,0 +1,160 @@
+// Arguments, conversion and paths shared by the qetzflt subcommands.
+#include "ToolSupport.h"
+
+#include <Inventor/SoInput.h>
+#include <Inventor/nodes/SoSeparator.h>
+
+#include <filesystem>
+#include <iostream>
+#include <streambuf>
+
+#include "QetzFltLibrary.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class NullBuffer : public std::streambuf {
+protected:
+    int overflow(int c) override { return traits_type::not_eof(c); }
+    std::streamsize xsputn(const char*, std::streamsize n) override { return n; }
+};
+
+// Points a standard stream elsewhere for its lifetime.
+class Redirect {
+public:
+    Redirect(std::ostream& stream, std::streambuf* to) : stream_(stream), saved_(stream.rdbuf(to)) {}
+    ~Redirect() { stream_.rdbuf(saved_); }
+    Redirect(const Redirect&) = delete;
+    Redirect& operator=(const Redirect&) = delete;
+
+private:
+    std::ostream& stream_;
+    std::streambuf* saved_;
+};
+
+}  // namespace
+
+Arguments parseArguments(int argc, char** argv, int first, const std::vector<std::string>& flags,
+                         const std::vector<std::string>& valueOptions)
+{
+    Arguments args;
+    auto known = [](const std::vector<std::string>& list, const std::string& a) {
+        for (const std::string& k : list)
+            if (k == a) return true;
+        return false;
+    };
+    for (int i = first; i < argc; ++i) {
+        const std::string a = argv[i];
+        if (a == "-h" || a == "--help") {
+            args.help = true;
+        } else if (known(valueOptions, a)) {
+            if (i + 1 >= argc) {
+                args.error = "option " + a + " needs a value";
+                return args;
+            }
+            args.values[a] = argv[++i];
+        } else if (known(flags, a)) {
+            args.flags.insert(a);
+        } else if (a.size() > 1 && a[0] == '-') {
+            args.error = "unknown option " + a;
+            return args;
+        } else {
+            args.positional.push_back(a);
+        }
+    }
+    return args;
+}
+
+int usageError(const std::string& command, const std::string& message, const char* usage)
+{
+    std::cerr << "qetzflt " << command << ": " << message << "\n" << usage;
+    return kUsage;
+}
+
+QetzFltLibrary* loadLibrary()
+{
+    static QetzFltLibrary library;
+    static bool reported = false;
+    if (!library.loaded()) {
+        if (reported) return nullptr;
+        reported = true;
+        std::cerr << "qetzflt: cannot load libQetzFlt.so: " << library.error() << "\n";
+        return nullptr;
+    }
+    return &library;
+}
+
+Conversion::~Conversion()
+{
+    if (root) root->unref();
+}
+
+bool Conversion::run(const std::string& path, bool echo)
+{
+    QetzFltLibrary* library = loadLibrary();
+    if (!library) return false;
+    if (!fs::is_regular_file(path)) {
+        std::cerr << "qetzflt: " << path << ": no such file\n";
+        return false;
+    }
+    directory = directoryOf(path);
+    const int before = library->messageCount ? library->messageCount() : 0;
+    SoSeparator* converted = nullptr;
+    {
+        // The library's progress lines ("Success in opening file: ...") are not the tool's output.
+        NullBuffer null;
+        Redirect out(std::cout, &null);
+        Redirect err(std::cerr, echo ? std::cerr.rdbuf() : &null);
+        SoInput::addDirectoryFirst(directory.c_str());
+        converted = library->convertFrom(path.c_str());
+        SoInput::removeDirectory(directory.c_str());
+    }
+    if (library->messageCount && library->messageText && library->messageLevel) {
+        for (int i = before; i < library->messageCount(); ++i) {
+            const char* text = library->messageText(i);
+            messages.push_back({text ? text : "", library->messageLevel(i)});
+        }
+    }
+    if (!converted) {
+        std::cerr << "qetzflt: " << path << ": conversion failed\n";
+        return false;
+    }
+    converted->ref();
+    root = converted;
+    if (root->getNumChildren() == 0) {
+        std::cerr << "qetzflt: " << path << ": not converted (not an OpenFlight database, or refused)\n";
+        return false;
+    }
+    return true;
+}
+
+std::string directoryOf(const std::string& path)
+{
+    std::error_code ec;
+    fs::path absolute = fs::absolute(path, ec);
+    if (ec) absolute = path;
+    return absolute.lexically_normal().parent_path().string();
+}
+
+std::string resolveAgainst(const std::string& name, const std::string& base)
+{
+    fs::path p(name);
+    if (p.is_relative()) p = fs::path(base) / p;
+    return p.lexically_normal().string();
+}
+
+std::string relativePath(const std::string& target, const std::string& from)
+{
+    fs::path rel = fs::path(target).lexically_relative(from);
+    return rel.empty() ? target : rel.string();
+}
+
+bool makeParentDirectory(const std::string& path)
+{
+    const fs::path parent = fs::path(path).parent_path();
+    if (parent.empty()) return true;
+    std::error_code ec;
+    fs::create_directories(parent, ec);
+    return fs::is_directory(parent);
+}

@@ -1,0 +1,78 @@
+// Shared parts of the qetzflt subcommands: arguments, the conversion through the loaded
+// library, and the paths of files that a database names.
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+class QetzFltLibrary;
+class SoSeparator;
+
+constexpr int kOk = 0;
+constexpr int kFailed = 1;
+constexpr int kUsage = 2;
+
+// The command line of one subcommand, options separated from positional arguments.
+struct Arguments {
+    std::vector<std::string> positional;
+    std::set<std::string> flags;
+    std::map<std::string, std::string> values;
+    bool help = false;
+    std::string error;
+
+    bool has(const std::string& flag) const { return flags.count(flag) != 0; }
+    std::string value(const std::string& option) const
+    {
+        auto it = values.find(option);
+        return it == values.end() ? std::string() : it->second;
+    }
+};
+
+// Reads argv[first..]; `flags` take no value, `valueOptions` take the next argument.
+Arguments parseArguments(int argc, char** argv, int first, const std::vector<std::string>& flags,
+                         const std::vector<std::string>& valueOptions);
+
+// Prints "qetzflt COMMAND: MESSAGE" and the usage text to standard error; returns kUsage.
+int usageError(const std::string& command, const std::string& message, const char* usage);
+
+// The library, loaded once per process; null with a message on standard error when absent.
+QetzFltLibrary* loadLibrary();
+
+struct ConsoleMessage {
+    std::string text;
+    int level = 0;
+};
+
+// One conversion through convertFrom. The root is held until the object ends.
+class Conversion {
+public:
+    Conversion() = default;
+    ~Conversion();
+    Conversion(const Conversion&) = delete;
+    Conversion& operator=(const Conversion&) = delete;
+
+    // Converts with the database's directory first on Coin's search path, so that its
+    // textures load whatever the working directory. With echo false, the console's echo
+    // on standard error is held back (the messages are still collected). False, with a
+    // message on standard error, when the file is missing or the conversion was refused.
+    bool run(const std::string& path, bool echo);
+
+    SoSeparator* root = nullptr;
+    std::vector<ConsoleMessage> messages;
+    std::string directory;  // the database's directory, absolute
+};
+
+// The absolute directory that holds a file.
+std::string directoryOf(const std::string& path);
+
+// Where a file named in a database is looked for: absolute names as they are, others
+// below `base`. The result is absolute and normalised.
+std::string resolveAgainst(const std::string& name, const std::string& base);
+
+// Creates the directory that will hold an output file; false when it cannot be.
+bool makeParentDirectory(const std::string& path);
+
+// `target` written relative to the directory `from` (both absolute).
+std::string relativePath(const std::string& target, const std::string& from);
