@@ -25,6 +25,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "convert/FltToObject.h"
@@ -323,6 +324,62 @@ protected:
     std::unique_ptr<char[]> logBuffer;
     bool fileLogging = false;
     std::streambuf* savedStandardOutput = nullptr;
+
+    // ---- Switch children, external references and instances ----
+public:
+    // A switch's property string read back by the rule that decides its children: the
+    // first three numbers of the list (current mask, then a separator or a misread digit,
+    // then the words per mask) and, for every element, whether it equals 1. Nothing else
+    // of the list is ever consulted, so a long mask costs one byte per bit.
+    struct SwitchMaskList {
+        size_t size = 0;
+        long long head[3] = {0, 0, 0};
+        std::vector<bool> isOne;
+    };
+    static SwitchMaskList parseSwitchProperties(const std::string& properties);
+    // Whether child `childIndex` (the wrappers already added) is on by the parsed list;
+    // off whenever the selected element lies outside the list.
+    static bool isSwitchChildOn(const SwitchMaskList& list, long long childIndex);
+
+    // The file an external reference opens: the current directory (may be null) and the
+    // name as written, less a leading "./" or ".\".
+    static std::string externalReferencePath(const char* dirName, const std::string& name);
+    // The prefix a nested converter puts before texture names: ours, then the directory
+    // part of the reference's name as written and a slash.
+    static std::string nestedRelativePath(const std::string& current, const std::string& name);
+
+    // Chains of external references deeper than this are not followed.
+    static constexpr size_t kMaxExternalReferenceDepth = 32;
+
+protected:
+    // True when adding `instance` under `parent` would make the instance contain itself.
+    bool wouldContainItself(SoGroup* instance, SoGroup* parent) const;
+    // Records the canonical name of the file being converted as the first link of a chain.
+    void startReferenceChain();
+
+    // What deciding the next child of a switch separator needs, gathered from the children
+    // added since the last child (children are only ever appended), so that each child
+    // costs the same whatever the switch already holds.
+    struct SwitchChildState {
+        int scannedChildren = 0;
+        int switchChildren = 0;  // children of type exactly SoSwitch
+        bool infoFound = false;
+        SwitchMaskList list;
+    };
+    // One state per switch separator; each key is referenced while it is held, so that a
+    // freed group's address can never meet a stale state.
+    class SwitchChildStates {
+    public:
+        SwitchChildStates() = default;
+        ~SwitchChildStates();
+        SwitchChildStates(const SwitchChildStates&) = delete;
+        SwitchChildStates& operator=(const SwitchChildStates&) = delete;
+        SwitchChildState& of(SoGroup* group);
+
+    private:
+        std::unordered_map<SoGroup*, SwitchChildState> states;
+    };
+    mutable SwitchChildStates switchChildStates;
 };
 
 extern "C" {

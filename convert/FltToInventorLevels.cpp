@@ -91,40 +91,6 @@ int FltToInventor::currentNumberOfSwitchChildren(SoGroup* group) const
     return count;
 }
 
-bool FltToInventor::isSoSwitchTraverseHisChildren(SoGroup* group) const
-{
-    const std::string s = getInfoStringFromAConvertedFltSwitch(group);
-    const long long n = currentNumberOfSwitchChildren(group);
-
-    // The property string is read back number by number. After a number the scan skips as
-    // many further characters as the value has digits beyond its first, counted by dividing
-    // by 10 while the value exceeds 10, so a header value of 10 or of 100 to 109 is misread
-    // as two numbers: kept on purpose, switch masks of existing databases depend on it.
-    std::vector<long long> list;
-    int numbersRead = 0;
-    for (size_t p = 0; p < s.size(); ++p) {
-        if (std::isdigit(static_cast<unsigned char>(s[p]))) {
-            long long value = std::strtoll(s.c_str() + p, nullptr, 10);
-            list.push_back(value);
-            size_t skip = 0;
-            for (long long v = value; v > 10; v /= 10) ++skip;
-            p += skip;
-            ++numbersRead;
-        } else if (!list.empty() && numbersRead <= 3 && list.back() != -1) {
-            list.push_back(-1);
-        }
-    }
-    // Header: current mask, -1, words per mask, -1, number of masks, -1, then the bits.
-    // A list too short for the child (a missing info node, a mask shorter than the
-    // children) leaves the child off.
-    if (list.size() < 3) return false;
-    const long long mask = list[0];
-    const long long words = list[2];
-    const long long index = 32 * words + 32 * words * mask + 5 - n;
-    if (index < 0 || index >= static_cast<long long>(list.size())) return false;
-    return list[static_cast<size_t>(index)] == 1;
-}
-
 void FltToInventor::trimSharedVertexProperty(SharedVertexProperty& shared)
 {
     SoVertexProperty* property = shared.property;

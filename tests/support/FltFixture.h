@@ -286,6 +286,26 @@ public:
         r.chars(4, id, 8);
         return add(r);
     }
+    // Old LOD, opcode 3, 40 bytes: integer distances and centre.
+    FltFixture& oldLod(const std::string& id, uint32_t switchIn, uint32_t switchOut, int32_t cx = 0, int32_t cy = 0,
+                       int32_t cz = 0)
+    {
+        FltRecordBytes r(3, 40);
+        r.chars(4, id, 8).u32(12, switchIn).u32(16, switchOut).i32(28, cx).i32(32, cy).i32(36, cz);
+        return add(r);
+    }
+    // Clip region, opcode 98, 280 bytes: five planes A*x + B*y + C*z + D = 0 and their
+    // enable bytes (1 = on).
+    FltFixture& clipRegion(const std::string& id, const uint8_t enabled[5], const double planes[5][4])
+    {
+        FltRecordBytes r(98, 280);
+        r.chars(4, id, 8);
+        for (int p = 0; p < 5; ++p) {
+            r.u8(18 + p, enabled[p]);
+            for (int c = 0; c < 4; ++c) r.f64(120 + 40 * c + 8 * p, planes[p][c]);
+        }
+        return add(r);
+    }
 
     // Colour palette of a 15.x file: 1024 colours given as alpha, blue, green, red words.
     FltFixture& colorPalette(const std::vector<uint32_t>& abgrWords)
