@@ -260,7 +260,7 @@ void FltToInventor::visitMatrix(const FltRecordMatrix* record, SoGroup* group)
 
 void FltToInventor::visitReplicate(const FltRecordReplicate* record, SoNode* node,
                                    std::vector<FltRecord*>::iterator& listPosition,
-                                   std::vector<FltRecord*>& ancillaryList, FltRecordIterator& /*recordPosition*/)
+                                   std::vector<FltRecord*>& ancillaryList, FltRecordIterator& recordPosition)
 {
     if (!record) return;
     auto* replications = new SoSeparator;
@@ -269,9 +269,6 @@ void FltToInventor::visitReplicate(const FltRecordReplicate* record, SoNode* nod
 
     const int32_t count = record->numberOfReplications;
     if (count <= 0 || !node) return;
-    // The traversal already stands after every ancillary record of this primary record,
-    // matrices included, so it is not moved here: moving it would skip the push level of
-    // the children.
     ++listPosition;
     if (listPosition == ancillaryList.end()) return;
     int32_t copies = 0;
@@ -280,6 +277,10 @@ void FltToInventor::visitReplicate(const FltRecordReplicate* record, SoNode* nod
         // The copy takes the record after the matrix just tested: the test and the use are
         // one record apart, kept on purpose. Whatever follows must itself be a matrix.
         ++listPosition;
+        // The walk's own position moves on with each copy. It already stands after the
+        // ancillary records, so each copy passes over one record after them: the established
+        // walk of replicated records, kept; it never passes the end of the records.
+        if (!isEnd(recordPosition)) ++recordPosition;
         if (listPosition == ancillaryList.end()) return;
         const auto* matrix = dynamic_cast<const FltRecordMatrix*>(*listPosition);
         if (!matrix) return;
