@@ -4,6 +4,7 @@
 #include <Inventor/SoInput.h>
 #include <Inventor/nodes/SoSeparator.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <streambuf>
@@ -48,6 +49,10 @@ Arguments parseArguments(int argc, char** argv, int first, const std::vector<std
         const std::string a = argv[i];
         if (a == "-h" || a == "--help") {
             args.help = true;
+        } else if (a == "--no-log") {
+            // Read by the library at each conversion: the log keeps its progress lines only.
+            setenv("QETZFLT_NO_LOG", "1", 1);
+            args.flags.insert(a);
         } else if (known(valueOptions, a)) {
             if (i + 1 >= argc) {
                 args.error = "option " + a + " needs a value";

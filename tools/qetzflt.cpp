@@ -28,7 +28,8 @@ const char* const kMainUsage =
     "  stats IN.flt                                              write and print the record statistics (IN.flt.stat)\n"
     "  render IN.flt -o OUT.png [--size WxH] [--view iso|top|front]   draw the scene into a PNG picture\n"
     "\n"
-    "Run 'qetzflt <command> --help' for the options of a command.\n"
+    "Run 'qetzflt <command> --help' for the options of a command. Every command takes --no-log:\n"
+    "the library's log next to the input (IN.flt.log) then keeps the parse progress but no record dump.\n"
     "Exit status: 0 success, 1 refused or failed conversion, 2 bad usage.\n";
 
 }  // namespace

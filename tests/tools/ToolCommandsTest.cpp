@@ -134,6 +134,18 @@ TEST_F(ToolTest, convert_writesAsciiInventorNextToTheInputAndTheLog)
     EXPECT_TRUE(contains(readFile(input + ".log"), "end of parsing"));
 }
 
+TEST_F(ToolTest, convert_noLogKeepsTheProgressButNotTheRecordDump)
+{
+    const std::string input = write("db.flt", smallDatabase());
+    ASSERT_EQ(runTool({"convert", input, "--no-log"}).status, 0);
+    const std::string quiet = readFile(input + ".log");
+    EXPECT_TRUE(contains(quiet, "beginning of parsing\nOpenFlight file version: 1570\n"));
+    EXPECT_TRUE(contains(quiet, "end of parsing"));
+    EXPECT_FALSE(contains(quiet, "HEADER RECORD"));
+    ASSERT_EQ(runTool({"convert", input}).status, 0);
+    EXPECT_TRUE(contains(readFile(input + ".log"), "\n HEADER RECORD \n"));
+}
+
 TEST_F(ToolTest, convert_binaryYupAndVrml2)
 {
     const std::string input = write("db.flt", smallDatabase());
