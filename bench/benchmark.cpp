@@ -56,6 +56,9 @@ uint64_t floorPass(const std::string& path)
 
 double convertOnce(const std::string& path, bool log)
 {
+    // A previous run's log is removed first: truncating a large file costs the kernel time
+    // that a user converting the database once never pays.
+    std::remove((path + ".log").c_str());
     if (log)
         unsetenv("QETZFLT_NO_LOG");
     else

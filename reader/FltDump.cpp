@@ -95,6 +95,8 @@ FltDump& FltDump::text(const char* s, size_t max)
 
 FltDump& FltDump::num(long long value)
 {
+    // Most fields of a database hold a single digit, 0 above all.
+    if (value >= 0 && value < 10) return ch(static_cast<char>('0' + value));
     reserve(24);
     size_ = static_cast<size_t>(std::to_chars(data_ + size_, data_ + size_ + 24, value).ptr - data_);
     return *this;
@@ -102,6 +104,7 @@ FltDump& FltDump::num(long long value)
 
 FltDump& FltDump::unum(unsigned long long value)
 {
+    if (value < 10) return ch(static_cast<char>('0' + value));
     reserve(24);
     size_ = static_cast<size_t>(std::to_chars(data_ + size_, data_ + size_ + 24, value).ptr - data_);
     return *this;
