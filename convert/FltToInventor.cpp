@@ -110,6 +110,7 @@ void FltToInventor::init()
         shared.capacity = kSharedVertexCapacity;
         shared.id = i + 1;
         shared.positionTarget = shared.property;
+        holdNotification(shared.property);
         // The fields get their 100000 entries with the first vertex of their kind (see
         // appendVertex), so that a database without that kind allocates nothing for it.
     }
@@ -125,8 +126,28 @@ void FltToInventor::init()
     maxRangeLimitLabel->label.setValue("MaxRangeLimitForLOD");
 }
 
+void FltToInventor::holdNotification(SoNode* node)
+{
+    if (!node) return;
+    node->ref();
+    node->enableNotify(FALSE);
+    notificationHeld.push_back(node);
+}
+
+void FltToInventor::releaseNotifications()
+{
+    std::vector<SoNode*> held;
+    held.swap(notificationHeld);
+    for (SoNode* node : held) node->enableNotify(TRUE);
+    for (SoNode* node : held) {
+        node->touch();
+        node->unref();
+    }
+}
+
 FltToInventor::~FltToInventor()
 {
+    releaseNotifications();
     // Records left by a conversion that stopped before its walk are freed here.
     destroyAllFltRecords();
     deleteCurrentFltParser();

@@ -294,6 +294,15 @@ protected:
     SharedVertexProperty sharedProperties[4];
 
     std::deque<SoGroup*> nodesStack;
+    // For each stack entry, whether its push reopened a node made before a later pop level
+    // (a push that follows no primary record); how many such entries are open; how often
+    // each group stands on the stack. Instance references need these to stay acyclic.
+    std::deque<bool> reopenedEntries;
+    int openReopenedEntries = 0;
+    std::unordered_map<SoGroup*, int> stackCounts;
+    uint64_t popLevels = 0;
+    uint64_t lastPrimaryBirth = 0;
+    std::vector<SoNode*> notificationHeld;
     // Nodes built while no group was open: in no graph, so the converter keeps them alive
     // until it ends.
     std::vector<SoNode*> unattachedNodes;
@@ -352,8 +361,20 @@ public:
     static constexpr size_t kMaxExternalReferenceDepth = 32;
 
 protected:
-    // True when adding `instance` under `parent` would make the instance contain itself.
+    // True when adding `instance` under `parent` (the stack top) would or could make the
+    // instance contain itself; see FltToInventorReferences.cpp.
     bool wouldContainItself(SoGroup* instance, SoGroup* parent) const;
+    // The node the next push level opens, and when it was made (see visitPushLevel).
+    void setLastPrimaryNode(SoGroup* node)
+    {
+        lastPrimaryNode = node;
+        lastPrimaryBirth = popLevels;
+    }
+    // Stops a node's change notifications until the walk ends: a node shared by many parents
+    // would otherwise pass every change under it to all of them, once per change.
+    void holdNotification(SoNode* node);
+    // Lets held nodes notify again, and notifies once for what changed under them.
+    void releaseNotifications();
     // Records the canonical name of the file being converted as the first link of a chain.
     void startReferenceChain();
 

@@ -31,16 +31,28 @@ void FltToInventor::visitPushLevel()
         palette->unref();
         vertexPaletteFlushed = true;
     }
-    nodesStack.push_back(lastPrimaryNode ? lastPrimaryNode : result);
+    SoGroup* opened = lastPrimaryNode ? lastPrimaryNode : result;
+    // A node made before the latest pop level is opened again: the walk has left its level
+    // once, so it may lie inside anything (an instance among others).
+    const bool reopened = lastPrimaryBirth != popLevels;
+    nodesStack.push_back(opened);
+    reopenedEntries.push_back(reopened);
+    openReopenedEntries += reopened;
+    ++stackCounts[opened];
 }
 
 void FltToInventor::visitPopLevel()
 {
+    ++popLevels;
     if (nodesStack.empty()) {
         FltWarningMessageConsole::notifyMessage("WARNING ! trying a pop() but stack is empty! (File corrupted ?)", 2,
                                                 true);
         return;
     }
+    auto count = stackCounts.find(nodesStack.back());
+    if (count != stackCounts.end() && --count->second == 0) stackCounts.erase(count);
+    openReopenedEntries -= reopenedEntries.back();
+    reopenedEntries.pop_back();
     nodesStack.pop_back();
 }
 

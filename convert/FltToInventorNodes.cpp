@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <iterator>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -64,7 +65,7 @@ void FltToInventor::visitLOD(const FltRecordLOD* record, FltRecordIterator& it)
 
     auto* content = new SoSeparator;
     content->setName(record->idASCII);
-    lastPrimaryNode = content;
+    setLastPrimaryNode(content);
     addSoGroupToNodesStackTop(lod);
     advance(it);
     visitAncillaryRecords(it, content);
@@ -108,7 +109,7 @@ void FltToInventor::visitSwitch(const FltRecordSwitch* record, FltRecordIterator
     // The name carries "flt_switch", which is how children added later find their switch.
     const std::string name = std::string(separator->getName().getString()) + "_(flt_switch)";
     separator->setName(name.c_str());
-    lastPrimaryNode = separator;
+    setLastPrimaryNode(separator);
     addSoGroupToNodesStackTop(separator);
 
     SoInfo* info = new SoInfo;
@@ -133,13 +134,37 @@ void FltToInventor::setFltSwitchPropertiesToSoInfo(SoInfo*& info, const FltRecor
     const size_t words = announced < 1 ? 0
                          : static_cast<uint64_t>(announced) < record->maskWordCount ? static_cast<size_t>(announced)
                                                                                     : record->maskWordCount;
-    text.reserve(text.size() + words * 66);
+    // Each word: its 32 bits as "1 " or "0 ", most significant first, then two blanks.
+    size_t at = text.size();
+    text.resize(at + words * 66);
     for (size_t w = 0; w < words; ++w) {
-        for (int bit = 31; bit >= 0; --bit) text += ((record->masks[w] >> bit) & 1u) ? "1 " : "0 ";
-        text += "  ";
+        for (int bit = 31; bit >= 0; --bit) {
+            text[at++] = ((record->masks[w] >> bit) & 1u) ? '1' : '0';
+            text[at++] = ' ';
+        }
+        text[at++] = ' ';
+        text[at++] = ' ';
     }
     info->string.setValue(text.c_str());
 }
+
+namespace {
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+// The decimal number starting at p, as strtoll reads it (saturating at its largest value).
+long long readDecimal(const std::string& s, size_t p)
+{
+    constexpr long long kMax = std::numeric_limits<long long>::max();
+    long long value = 0;
+    for (; p < s.size() && isDigit(s[p]); ++p) {
+        const int digit = s[p] - '0';
+        value = value > (kMax - digit) / 10 ? kMax : value * 10 + digit;
+    }
+    return value;
+}
+
+}  // namespace
 
 FltToInventor::SwitchMaskList FltToInventor::parseSwitchProperties(const std::string& s)
 {
@@ -157,8 +182,8 @@ FltToInventor::SwitchMaskList FltToInventor::parseSwitchProperties(const std::st
         last = value;
     };
     for (size_t p = 0; p < s.size(); ++p) {
-        if (std::isdigit(static_cast<unsigned char>(s[p]))) {
-            const long long value = std::strtoll(s.c_str() + p, nullptr, 10);
+        if (isDigit(s[p])) {
+            const long long value = readDecimal(s, p);
             append(value);
             size_t skip = 0;
             for (long long v = value; v > 10; v /= 10) ++skip;
@@ -239,7 +264,7 @@ void FltToInventor::visitDOF(const FltRecordDOF* record, FltRecordIterator& it)
     // matrix record following the DOF moves its subtree.
     auto* separator = new SoSeparator;
     separator->setName(record->idASCII);
-    lastPrimaryNode = separator;
+    setLastPrimaryNode(separator);
     addSoGroupToNodesStackTop(separator);
     advance(it);
     visitAncillaryRecords(it, separator);
@@ -271,6 +296,7 @@ void FltToInventor::visitReplicate(const FltRecordReplicate* record, SoNode* nod
     if (count <= 0 || !node) return;
     ++listPosition;
     if (listPosition == ancillaryList.end()) return;
+    holdNotification(node);
     int32_t copies = 0;
     for (;;) {
         if ((*listPosition)->getOpcode() != 49) return;
@@ -300,7 +326,7 @@ void FltToInventor::visitClipRegion(const FltRecordClipRegion* record, FltRecord
     if (!record) return;
     auto* separator = new SoSeparator;
     separator->setName(record->idASCII);
-    lastPrimaryNode = separator;
+    setLastPrimaryNode(separator);
     addSoGroupToNodesStackTop(separator);
     advance(it);
     visitAncillaryRecords(it, separator);
@@ -326,7 +352,7 @@ void FltToInventor::visitText(const FltRecordText* record, FltRecordIterator& it
     // The text, its font and placement are not drawn: an empty named separator stands for it.
     auto* separator = new SoSeparator;
     separator->setName(record->idASCII);
-    lastPrimaryNode = separator;
+    setLastPrimaryNode(separator);
     addSoGroupToNodesStackTop(separator);
     advance(it);
     visitAncillaryRecords(it, separator);

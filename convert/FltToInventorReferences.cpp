@@ -9,7 +9,6 @@
 #include <memory>
 #include <string>
 #include <system_error>
-#include <unordered_set>
 #include <vector>
 
 #include "convert/FltToInventor.h"
@@ -81,7 +80,7 @@ void FltToInventor::visitExternalReference(const FltRecordExternalReference* rec
 {
     if (!record) return;
     auto* reference = new SoSeparator;
-    lastPrimaryNode = reference;
+    setLastPrimaryNode(reference);
     addSoGroupToNodesStackTop(reference);
 
     const std::string name = record->asciiPath;
@@ -144,6 +143,7 @@ void FltToInventor::visitExternalReference(const FltRecordExternalReference* rec
 
     auto* nestedRoot = new SoSeparator;
     reference->addChild(nestedRoot);
+    holdNotification(nestedRoot);
     externalFiles[key] = nestedRoot;
     const int heldBefore = nestedRoot->getRefCount();
     {
@@ -173,7 +173,8 @@ void FltToInventor::visitInstanceDefinition(const FltRecordInstanceDefinition* r
     separator->setName(("InstanceDefinition_" + std::to_string(record->instanceDefinitionNumber)).c_str());
     // A later definition of the same number replaces the earlier one for later references.
     instances[record->instanceDefinitionNumber] = separator;
-    lastPrimaryNode = separator;
+    holdNotification(separator);
+    setLastPrimaryNode(separator);
     addSoGroupToNodesStackTop(separator);
 }
 
@@ -185,9 +186,12 @@ void FltToInventor::visitInstanceReference(const FltRecordInstanceReference* rec
     if (!instance) return;
     SoGroup* parent = getNodesStackTop();
     if (parent && wouldContainItself(instance, parent)) {
+        const bool open = instance == parent || stackCounts.count(instance);
         FltWarningMessageConsole::notifyMessage(
             "ERROR ! Instance reference " + std::to_string(record->instanceDefinitionNumber) +
-                " stands inside its own definition: not added, the instance would contain itself",
+                (open ? " stands inside its own definition: not added, the instance would contain itself"
+                      : " stands under a group that a push level opened again: not added, the instance could "
+                        "contain itself"),
             3, true);
         return;
     }
@@ -196,20 +200,10 @@ void FltToInventor::visitInstanceReference(const FltRecordInstanceReference* rec
 
 bool FltToInventor::wouldContainItself(SoGroup* instance, SoGroup* parent) const
 {
-    if (instance == parent) return true;
-    for (SoGroup* open : nodesStack)
-        if (open == instance) return true;
-    // A stale push can open a group of the instance without the instance being open: look
-    // for the parent below the instance, each shared node once.
-    std::unordered_set<SoNode*> seen;
-    std::vector<SoNode*> pending{instance};
-    while (!pending.empty()) {
-        SoNode* node = pending.back();
-        pending.pop_back();
-        if (node == parent) return true;
-        if (!node->isOfType(SoGroup::getClassTypeId()) || !seen.insert(node).second) continue;
-        auto* group = static_cast<SoGroup*>(node);
-        for (int i = 0; i < group->getNumChildren(); ++i) pending.push_back(group->getChild(i));
-    }
-    return false;
+    // While every open group was opened by the push right after its own record, the
+    // groups above the stack top are exactly the open ones (sharing adds parents only to
+    // nodes that are not open), so the instance contains the top only if it is open itself.
+    // A group reopened later may lie inside anything: references under it are refused.
+    if (instance == parent || stackCounts.count(instance)) return true;
+    return openReopenedEntries > 0;
 }

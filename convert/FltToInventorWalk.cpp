@@ -63,6 +63,7 @@ void FltToInventor::visitAllFltRecords()
         case FltCategory::Unknown: visitUnknownCategoryFltRecord(record); break;
         }
     }
+    releaseNotifications();
     allFltRecordsVisited = true;
 }
 
@@ -193,7 +194,7 @@ void FltToInventor::visitGroup(const FltRecordGroup* group, FltRecordIterator& i
 {
     auto* separator = new SoSeparator;
     if (group) separator->setName(group->idASCII);
-    lastPrimaryNode = separator;
+    setLastPrimaryNode(separator);
     addSoGroupToNodesStackTop(separator);
     advance(it);
     visitAncillaryRecords(it, separator);
@@ -204,7 +205,7 @@ void FltToInventor::visitUnknownPrimaryRecord(const FltRecordUnknown*, FltRecord
 {
     auto* separator = new SoSeparator;
     separator->setName("UnknownPrimaryRecord");
-    lastPrimaryNode = separator;
+    setLastPrimaryNode(separator);
     addSoGroupToNodesStackTop(separator);
     advance(it);
     visitAncillaryRecords(it, separator);
@@ -253,7 +254,7 @@ void FltToInventor::visitHeader(const FltRecordHeader* header)
     // This reference is never given back: the caller receives the root with a count of 1.
     result->ref();
     result->setName("root");
-    lastPrimaryNode = result;
+    setLastPrimaryNode(result);
 
     double factor = 1.0;
     switch (header->vertexCoordinateUnits) {

@@ -8,8 +8,10 @@ FltRecordUnknown::~FltRecordUnknown() { delete[] data; }
 void FltRecordUnknown::decode(const FltBytes& in)
 {
     delete[] data;
-    dataSize = length >= 4 ? length - 4 : 0;
-    data = new char[dataSize ? dataSize : 1];
+    data = nullptr;
+    const unsigned int size = getDataSize();
+    if (size == 0) return;
+    data = new char[size];
     // The copy starts at the header, not at the body: kept as the established behaviour.
-    in.chars(0, dataSize, data);
+    in.chars(0, size, data);
 }

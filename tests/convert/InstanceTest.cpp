@@ -117,6 +117,21 @@ TEST(Instance, referenceInsideItsOwnDefinition_isRefusedWithMessage)
     box.apply(c.root);
 }
 
+TEST(Instance, manyReferencesUnderAReopenedGroupStayLinear)
+{
+    // Each refused reference costs the same, however many came before.
+    FltFixture db;
+    db.header().push();
+    db.instanceDefinition(1).push().group("g").push().pop().pop();
+    db.push();
+    for (int i = 0; i < 20000; ++i) db.instanceReference(1);
+    db.pop().pop();
+    Converted c(db);
+    ASSERT_EQ(c.messages.size(), size_t(FltWarningMessageConsole::kMaxRepeats + 1));
+    EXPECT_NE(c.messages.back().find("came 19000 more times"), std::string::npos);
+    EXPECT_EQ(childTypes(childAs<SoNode>(hierarchyChild(c, 0), 0)), Types{});
+}
+
 TEST(Instance, referenceUnderAGroupOfItsOwnReopenedByAStalePush_isRefused)
 {
     // After the definition closes, the last primary record is still its group "g", which a
@@ -132,7 +147,9 @@ TEST(Instance, referenceUnderAGroupOfItsOwnReopenedByAStalePush_isRefused)
     ASSERT_EQ(childNames(defined), (Names{"g"}));
     EXPECT_EQ(childTypes(childAs<SoNode>(defined, 0)), Types{});
     ASSERT_EQ(c.messages.size(), 1u);
-    EXPECT_NE(c.messages[0].find("Instance reference 1 stands inside its own definition"), std::string::npos);
+    EXPECT_EQ(c.messages[0],
+              "ERROR ! Instance reference 1 stands under a group that a push level opened again: not added, the "
+              "instance could contain itself");
     SoGetBoundingBoxAction box{SbViewportRegion()};
     box.apply(c.root);
 }

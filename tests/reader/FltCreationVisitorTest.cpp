@@ -177,11 +177,12 @@ TEST(OpcodeFactory, unknownRecordCopiesItsFirstBytesFromTheHeaderOn)
     std::unique_ptr<FltRecord> owned(out);
     auto* unknown = dynamic_cast<FltRecordUnknown*>(out);
     ASSERT_NE(unknown, nullptr);
-    ASSERT_EQ(unknown->dataSize, 4u);
+    ASSERT_EQ(unknown->getDataSize(), 4u);
     EXPECT_EQ(std::string(unknown->data, 4), std::string("\x00\x63\x00\x08", 4));
 
     auto empty = build(visitor, 99, 4);
-    EXPECT_EQ(dynamic_cast<FltRecordUnknown*>(empty.get())->dataSize, 0u);
+    EXPECT_EQ(dynamic_cast<FltRecordUnknown*>(empty.get())->getDataSize(), 0u);
+    EXPECT_EQ(dynamic_cast<FltRecordUnknown*>(empty.get())->data, nullptr);
 }
 
 TEST(OpcodeFactory, soundPaletteContinuesOnlyDirectlyAfterAnotherOne)
