@@ -214,6 +214,7 @@ int FltToInventor::convert()
         FltWarningMessageConsole::notifyMessage("ERROR ! FltParser has no INPUT !", 3, true);
         return 1;
     }
+    commentTextBudget = 16 * fltParser->getInput()->getSize() + (uint64_t(16) << 20);
     if (fltParser->run() == 1) return 1;
     if (getFormatRevision() <= 10) {
         FltWarningMessageConsole::notifyMessage("ERROR ! Openflight Format Revision not supported !", 3, true);

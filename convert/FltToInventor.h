@@ -306,6 +306,9 @@ protected:
     // Nodes built while no group was open: in no graph, so the converter keeps them alive
     // until it ends.
     std::vector<SoNode*> unattachedNodes;
+    // Bytes of comment text that info nodes may still take: 16 times the file plus 16 MiB.
+    uint64_t commentTextBudget = uint64_t(16) << 20;
+    bool commentBudgetReported = false;
     int hierarchyDepth = 0;
     bool hierarchyTooDeepReported = false;
     SoGroup* currentGroup = nullptr;

@@ -225,7 +225,22 @@ void FltToInventor::visitComment(const FltRecordComment* record, SoGroup* node)
     // always split comments.
     std::string copy(record->getText());
     const size_t length = copy.size();
+    // A comment of many short lines repeats its text once per line; the text all comments
+    // may add is bounded by the file's size (see commentTextBudget).
     auto emit = [&](size_t start) {
+        const size_t size = length - start;
+        if (size > commentTextBudget) {
+            if (!commentBudgetReported) {
+                commentBudgetReported = true;
+                FltWarningMessageConsole::notifyMessage(
+                    "WARNING ! The lines of the comments would repeat more text than 16 times the database holds: "
+                    "further comment lines are not converted into info nodes",
+                    2, true);
+            }
+            commentTextBudget = 0;
+            return;
+        }
+        commentTextBudget -= size;
         auto* info = new SoInfo;
         info->string.setValue(copy.c_str() + start);
         node->addChild(info);

@@ -197,3 +197,23 @@ TEST(Hierarchy, hierarchyDeeperThanTheLimitIsCutWithOneMessage)
     EXPECT_NE(c.messages[0].find("nested more than"), std::string::npos);
     EXPECT_EQ(c.root->getRefCount(), 1);
 }
+
+TEST(Hierarchy, commentOfManyLinesStopsRepeatingItsTextAtTheBudget)
+{
+    // Each line would repeat the rest of the comment: 32000 lines of a 64000-byte comment
+    // would make about 1 GB of info text. The text stops at 16 times the file plus 16 MiB.
+    std::string text;
+    while (text.size() < 64000) text += "a\r";
+    FltFixture db;
+    db.header().push().group("g").comment(text).push().pop().pop();
+    Converted c(db);
+    SoNode* g = hierarchyChild(c, 0);
+    const int infos = static_cast<SoGroup*>(g)->getNumChildren();
+    EXPECT_GT(infos, 100);
+    EXPECT_LT(infos, 32000);
+    size_t total = 0;
+    for (int i = 0; i < infos; ++i) total += childAs<SoInfo>(g, i)->string.getValue().getLength();
+    EXPECT_LE(total, 16 * db.bytes().size() + (size_t(16) << 20));
+    EXPECT_EQ(c.messages, (Names{"WARNING ! The lines of the comments would repeat more text than 16 times the "
+                                 "database holds: further comment lines are not converted into info nodes"}));
+}
