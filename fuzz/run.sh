@@ -13,7 +13,13 @@ mkdir -p build-fuzz/corpus build-fuzz/findings
 build-fuzz/qetzflt-fuzz-corpus build-fuzz/seeds > /dev/null
 # Leaks are checked by the sanitizer build of the tests; Coin's process-wide state would
 # otherwise be reported at every exit.
+log=build-fuzz/last-run.log
+status=0
 ASAN_OPTIONS=detect_leaks=0 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
   build-fuzz/qetzflt-fuzz build-fuzz/corpus build-fuzz/seeds \
   -max_total_time="$seconds" -max_len=65536 -timeout=10 -rss_limit_mb=2048 \
-  -artifact_prefix=build-fuzz/findings/ -print_final_stats=1 2>&1 | tail -n 25
+  -artifact_prefix=build-fuzz/findings/ -print_final_stats=1 > "$log" 2>&1 || status=$?
+# The last progress line (coverage, features, corpus) and the final figures.
+grep -E '^#[0-9]+' "$log" | tail -n 1
+grep -E '^stat::|ERROR|SUMMARY|artifact' "$log" || true
+exit "$status"

@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Builds the library and the benchmark, writes the terrain databases of about 1, 10 and
+# 100 MiB (once), and prints the table of conversion times against the floor.
+#   bench/run.sh [RUNS]   (default 7 runs per measurement; medians are shown)
+set -euo pipefail
+cd "$(dirname "$0")/.."
+runs=${1:-7}
+scripts/setup-packages.sh cmake make g++ pkg-config libcoin-dev libgtest-dev libpng-dev libx11-dev libgl-dev \
+  libglx-dev libsimage-dev xvfb libgl1-mesa-dri
+cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo > /dev/null
+cmake --build build -j "$(nproc)" --target qetzflt-bench qetzflt-bench-generate > /dev/null
+mkdir -p build/bench-data
+for size in 1 10 100; do
+  db=build/bench-data/terrain-$size.flt
+  [ -f "$db" ] || build/qetzflt-bench-generate "$db" "$size"
+done
+build/qetzflt-bench --runs "$runs" build/bench-data/terrain-1.flt build/bench-data/terrain-10.flt \
+  build/bench-data/terrain-100.flt 2> /dev/null
