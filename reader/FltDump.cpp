@@ -46,77 +46,6 @@ struct ByteFractions {
 
 }  // namespace
 
-// %g with six significant digits, derived from the shortest representation that reads back
-// as the same double. Rounding that representation's digits gives the digits printf takes
-// from the exact binary value, except when what lies beyond the sixth digit is exactly a
-// 5: then the exact value decides, and null sends the caller to the exact conversion.
-char* FltDump::formatSixDigits(char* out, double value)
-{
-    if (!std::isfinite(value) || value == 0.0) return nullptr;
-    char shortest[32];
-    const auto result = std::to_chars(shortest, shortest + sizeof shortest, value, std::chars_format::scientific);
-    if (result.ec != std::errc()) return nullptr;
-    // Digits and decimal exponent of "-d.ddde+XX".
-    char digits[20];
-    int count = 0;
-    const char* p = shortest;
-    const bool negative = *p == '-';
-    if (negative) ++p;
-    for (; p < result.ptr && *p != 'e'; ++p)
-        if (*p != '.') digits[count++] = *p;
-    if (p == result.ptr) return nullptr;
-    int exponent = 0;
-    const bool negativeExponent = p + 1 < result.ptr && p[1] == '-';
-    for (const char* q = p + 2; q < result.ptr; ++q) exponent = exponent * 10 + (*q - '0');
-    if (negativeExponent) exponent = -exponent;
-    if (count > 6) {
-        if (count == 7 && digits[6] == '5') return nullptr;  // a tie: the exact value decides
-        const bool up = digits[6] >= '5';
-        count = 6;
-        if (up) {
-            int i = 5;
-            while (i >= 0 && digits[i] == '9') digits[i--] = '0';
-            if (i >= 0) {
-                ++digits[i];
-            } else {
-                digits[0] = '1';
-                for (int k = 1; k < 6; ++k) digits[k] = '0';
-                ++exponent;
-            }
-        }
-    }
-    while (count > 1 && digits[count - 1] == '0') --count;
-
-    if (negative) *out++ = '-';
-    if (exponent < -4 || exponent >= 6) {
-        *out++ = digits[0];
-        if (count > 1) {
-            *out++ = '.';
-            for (int i = 1; i < count; ++i) *out++ = digits[i];
-        }
-        *out++ = 'e';
-        *out++ = exponent < 0 ? '-' : '+';
-        const int magnitude = exponent < 0 ? -exponent : exponent;
-        if (magnitude < 10) *out++ = '0';
-        out = std::to_chars(out, out + 4, magnitude).ptr;
-        return out;
-    }
-    if (exponent < 0) {
-        *out++ = '0';
-        *out++ = '.';
-        for (int i = -1; i > exponent; --i) *out++ = '0';
-        for (int i = 0; i < count; ++i) *out++ = digits[i];
-        return out;
-    }
-    // exponent + 1 digits before the point.
-    for (int i = 0; i <= exponent; ++i) *out++ = i < count ? digits[i] : '0';
-    if (count > exponent + 1) {
-        *out++ = '.';
-        for (int i = exponent + 1; i < count; ++i) *out++ = digits[i];
-    }
-    return out;
-}
-
 FltDump::FltDump(std::ostream& os) : os_(os)
 {
     if (!shared.inUse) {
@@ -189,15 +118,11 @@ FltDump& FltDump::real(double value)
         if (value == 0.0 && std::signbit(value)) return text("-0");
         return num(static_cast<long long>(value));
     }
+    // The stream default is printf's %g with precision 6; to_chars in general format with
+    // the same precision is defined to give the same characters.
     reserve(40);
-    char* out = data_ + size_;
-    char* end = formatSixDigits(out, value);
-    if (!end) {
-        // The stream default is printf's %g with precision 6; to_chars in general format
-        // with the same precision is defined to give the same characters.
-        end = std::to_chars(out, out + 40, value, std::chars_format::general, 6).ptr;
-    }
-    size_ = static_cast<size_t>(end - data_);
+    size_ = static_cast<size_t>(
+        std::to_chars(data_ + size_, data_ + size_ + 40, value, std::chars_format::general, 6).ptr - data_);
     return *this;
 }
 

@@ -56,10 +56,6 @@ public:
 
     // Writes what is buffered to the stream.
     void flush();
-    // Writes value as printf's %g (six significant digits) at out and returns the end, or
-    // null when only the exact conversion can decide (a tie at the seventh digit, a value
-    // that is not finite). At most 16 characters.
-    static char* formatSixDigits(char* out, double value);
     std::string pending() const { return std::string(data_, size_); }
 
 private:

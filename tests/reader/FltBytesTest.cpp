@@ -1,11 +1,7 @@
 // The byte reader and the dump helper, checked once with known bit patterns.
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstdio>
-#include <cstring>
 #include <sstream>
-#include <string>
 
 #include "reader/FltBytes.h"
 #include "reader/FltDump.h"
@@ -93,48 +89,4 @@ TEST(FltDump, writesLabelledLinesOfEveryForm)
     EXPECT_EQ(os.str(),
               "s: -1\nu: 65535\ni: -70000\nw: 4000000000\nf: 0.25\non: 1\noff: 0\nname: abc\ncut: wxyz\nc: Q\n"
               "bits: 10000000000000000000000000000001\np: 0 0x5\n");
-}
-
-TEST(FltDump, sixDigitFormattingMatchesPrintfOverManyValues)
-{
-    // Random doubles, floats widened to double, and values near rounding boundaries.
-    uint64_t state = 0x243F6A8885A308D3ull;
-    auto next = [&state] {
-        state ^= state << 13, state ^= state >> 7, state ^= state << 17;
-        return state;
-    };
-    int checked = 0;
-    for (int i = 0; i < 400000; ++i) {
-        double value;
-        const uint64_t r = next();
-        switch (i % 4) {
-        case 0: {  // any bit pattern
-            std::memcpy(&value, &r, sizeof value);
-            break;
-        }
-        case 1: {  // a float
-            const uint32_t bits = static_cast<uint32_t>(r);
-            float f;
-            std::memcpy(&f, &bits, sizeof f);
-            value = f;
-            break;
-        }
-        case 2:  // decimal-looking values of every magnitude
-            value = static_cast<double>(static_cast<int64_t>(r % 20000001) - 10000000) *
-                    std::pow(10.0, static_cast<int>(r >> 40) % 24 - 14);
-            break;
-        default:  // just below and above a 6-digit boundary
-            value = (static_cast<double>(r % 999999) + 0.5) * std::pow(10.0, static_cast<int>(r >> 40) % 12 - 6);
-            value = std::nextafter(value, (r >> 63) ? 1e300 : -1e300);
-            break;
-        }
-        char fast[40];
-        char* end = FltDump::formatSixDigits(fast, value);
-        if (!end) continue;
-        char expected[40];
-        std::snprintf(expected, sizeof expected, "%g", value);
-        ASSERT_EQ(std::string(fast, end), std::string(expected)) << "for " << value;
-        ++checked;
-    }
-    EXPECT_GT(checked, 350000);
 }
