@@ -11,20 +11,37 @@ namespace {
 
 // The buffer a thread's dumps reuse. Plain data in the initial-exec TLS model, so that a
 // dump reaches it without a TLS lookup call.
+struct HeadingCache;
+
 struct SharedBuffer {
     char* data;
     size_t capacity;
     bool inUse;
+    HeadingCache* headings;
 };
 
-thread_local SharedBuffer shared __attribute__((tls_model("initial-exec"))) = {nullptr, 0, false};
+thread_local SharedBuffer shared __attribute__((tls_model("initial-exec"))) = {nullptr, 0, false, nullptr};
 
-// Frees the thread's buffer when the thread ends; touched only when the buffer is made.
+// The heading blocks of the record classes met so far, up to the length value: every record
+// of a class starts its dump with the same text. Keyed by heading, category and opcode.
+struct HeadingCache {
+    struct Entry {
+        const char* heading = nullptr;  // the class's constant, compared by address
+        int opcode = 0;
+        unsigned char length = 0;
+        char category[24] = {};  // compared by content: an unknown record's may be its own
+        char text[200];
+    };
+    Entry entries[128];
+};
+
+// Frees the thread's buffer and cache when the thread ends; touched only when they are made.
 struct SharedBufferRelease {
     ~SharedBufferRelease()
     {
         std::free(shared.data);
-        shared = {nullptr, 0, false};
+        delete shared.headings;
+        shared = {nullptr, 0, false, nullptr};
     }
 };
 
@@ -93,18 +110,15 @@ FltDump& FltDump::text(const char* s, size_t max)
     return *this;
 }
 
-FltDump& FltDump::num(long long value)
+FltDump& FltDump::bigNumber(long long value)
 {
-    // Most fields of a database hold a single digit, 0 above all.
-    if (value >= 0 && value < 10) return ch(static_cast<char>('0' + value));
     reserve(24);
     size_ = static_cast<size_t>(std::to_chars(data_ + size_, data_ + size_ + 24, value).ptr - data_);
     return *this;
 }
 
-FltDump& FltDump::unum(unsigned long long value)
+FltDump& FltDump::bigUnsigned(unsigned long long value)
 {
-    if (value < 10) return ch(static_cast<char>('0' + value));
     reserve(24);
     size_ = static_cast<size_t>(std::to_chars(data_ + size_, data_ + size_ + 24, value).ptr - data_);
     return *this;
@@ -123,6 +137,32 @@ FltDump& FltDump::real(double value)
     reserve(40);
     size_ = static_cast<size_t>(
         std::to_chars(data_ + size_, data_ + size_ + 40, value, std::chars_format::general, 6).ptr - data_);
+    return *this;
+}
+
+FltDump& FltDump::headingBlock(const char* heading, const char* category, int opcode)
+{
+    if (!shared.headings) {
+        thread_local SharedBufferRelease release;
+        (void)release;
+        shared.headings = new HeadingCache;
+    }
+    if (!category) category = "";
+    HeadingCache::Entry& entry = shared.headings->entries[static_cast<unsigned>(opcode) & 127u];
+    if (entry.heading != heading || entry.opcode != opcode || std::strcmp(entry.category, category) != 0) {
+        const std::string text = std::string(heading ? heading : "") + "\n  (" + category + ")\n-- Opcode: " +
+                                 std::to_string(opcode) + "  Length: ";
+        if (text.size() > sizeof entry.text || std::strlen(category) >= sizeof entry.category) {
+            put(text.data(), text.size());
+            return *this;
+        }
+        entry.heading = heading;
+        entry.opcode = opcode;
+        std::strcpy(entry.category, category);
+        entry.length = static_cast<unsigned char>(text.size());
+        std::memcpy(entry.text, text.data(), text.size());
+    }
+    put(entry.text, entry.length);
     return *this;
 }
 
@@ -154,6 +194,8 @@ FltDump& FltDump::bits32(uint32_t word)
 void FltDump::flush()
 {
     if (size_ == 0) return;
-    os_.write(data_, static_cast<std::streamsize>(size_));
+    // Straight to the stream's buffer: one record's dump is one piece, and a stream in a
+    // failed state is left as it stands.
+    if (os_.good() && os_.rdbuf()) os_.rdbuf()->sputn(data_, static_cast<std::streamsize>(size_));
     size_ = 0;
 }

@@ -34,14 +34,26 @@ public:
         data_[size_++] = c;
         return *this;
     }
-    FltDump& num(long long value);
-    FltDump& unum(unsigned long long value);
+    FltDump& num(long long value)
+    {
+        if (value >= 0 && value < 100) return smallNumber(static_cast<unsigned>(value));
+        return bigNumber(value);
+    }
+    FltDump& unum(unsigned long long value)
+    {
+        if (value < 100) return smallNumber(static_cast<unsigned>(value));
+        return bigUnsigned(value);
+    }
     FltDump& real(double value);
     FltDump& pointer(uintptr_t value);  // as a stream prints a void*: 0, or 0x and lower-case hex
     FltDump& bits32(uint32_t word);      // 32 digits 1/0, most significant bit first
     FltDump& nl() { return ch('\n'); }
     // A colour byte as the float byte / 255.0, the way packed colours are dumped.
     FltDump& byteFraction(uint8_t byte);
+    // The start of a record's dump, up to its length: the heading, a line end, "  (" category
+    // ")", a line end, "-- Opcode: " opcode "  Length: ". The heading and category are texts
+    // that live as long as the program (the classes' own constants).
+    FltDump& headingBlock(const char* heading, const char* category, int opcode);
 
     // Whole labelled lines: the label as given, the value, a line end.
     FltDump& i16(const char* label, int16_t value) { return text(label).num(value).nl(); }
@@ -59,6 +71,16 @@ public:
     std::string pending() const { return std::string(data_, size_); }
 
 private:
+    // Most numbers of a database have one or two digits: they skip the general conversion.
+    FltDump& smallNumber(unsigned value)
+    {
+        reserve(2);
+        if (value >= 10) data_[size_++] = static_cast<char>('0' + value / 10);
+        data_[size_++] = static_cast<char>('0' + value % 10);
+        return *this;
+    }
+    FltDump& bigNumber(long long value);
+    FltDump& bigUnsigned(unsigned long long value);
     void put(const char* s, size_t n)
     {
         reserve(n);

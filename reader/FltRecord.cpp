@@ -11,9 +11,7 @@ void AbstractFltRecord::operator delete(void* p, std::size_t size) noexcept { fl
 
 void AbstractFltRecord::writeHeadingBlock(FltDump& out) const
 {
-    out.text(getHeading()).nl();
-    out.text("  (").text(getCategoryName()).text(")").nl();
-    out.text("-- Opcode: ").num(getOpcode()).text("  Length: ").unum(getLength()).text(" --").nl();
+    out.headingBlock(getHeading(), getCategoryName(), getOpcode()).unum(getLength()).text(" --").nl();
 }
 
 std::ostream& AbstractFltRecord::opcodeAndLength(std::ostream& os) const
