@@ -11,12 +11,13 @@
 
 #include "convert/FltToInventor.h"
 #include "diagnostics/FltWarningMessageConsole.h"
-#include "reader/FltBytes.h"
 #include "reader/FltCreationVisitor.h"
 #include "reader/FltFileInput.h"
 #include "reader/FltParser.h"
 #include "reader/FltRecord.h"
+#include "reader/FltRecordExternalReference.h"
 #include "reader/FltRecordHeader.h"
+#include "reader/FltRecordTexturePattern.h"
 
 namespace {
 
@@ -56,31 +57,16 @@ std::string trimmedHeading(const FltRecord* record)
     return first == std::string::npos ? std::string() : text.substr(first, last - first + 1);
 }
 
-std::string textField(const FltBytes& in, size_t offset, size_t n)
+// The file names that references and texture patterns carry, in file order.
+void reportFileNames(const std::vector<FltRecord*>& records, QetzfltFactFunction fact, void* user)
 {
-    std::vector<char> buffer(n + 1, '\0');
-    in.chars(offset, n, buffer.data());
-    return std::string(buffer.data());
-}
-
-// The file names that references and texture patterns carry, read from the raw records
-// cut the way the parser cuts them (a record shorter than 4 bytes or past the end stops).
-void reportFileNames(FltInput& input, QetzfltFactFunction fact, void* user)
-{
-    const FltBytes file(input.getBuffer(), static_cast<size_t>(input.getSize()));
-    size_t offset = 0;
-    while (file.has(offset, 4)) {
-        const uint16_t opcode = file.u16(offset);
-        const uint16_t length = file.u16(offset + 2);
-        if (length < 4 || !file.has(offset, length)) break;
-        const FltBytes record(file.data() + offset, length);
-        if (opcode == 63) {
-            fact(user, "externalReference", textField(record, 4, 200).c_str());
-        } else if (opcode == 64) {
-            const std::string value = std::to_string(record.i32(204)) + " " + textField(record, 4, 200);
+    for (const FltRecord* record : records) {
+        if (const auto* reference = fltRecordCast<FltRecordExternalReference>(record)) {
+            fact(user, "externalReference", reference->asciiPath);
+        } else if (const auto* texture = fltRecordCast<FltRecordTexturePattern>(record)) {
+            const std::string value = std::to_string(texture->patternIndex) + " " + texture->fileName;
             fact(user, "texturePattern", value.c_str());
         }
-        offset += length;
     }
 }
 
@@ -112,7 +98,7 @@ int inspect(const char* path, QetzfltFactFunction fact, void* user)
             fact(user, "record", value.c_str());
         }
         fact(user, "recordTotal", std::to_string(parser.records.size()).c_str());
-        reportFileNames(input, fact, user);
+        reportFileNames(parser.records, fact, user);
     } else {
         status = 1;
     }
