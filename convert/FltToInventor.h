@@ -280,6 +280,11 @@ protected:
 
     // The end of the record array is marked by a null entry, so every walk stops there.
     static bool isEnd(const FltRecordIterator& it) { return *it == nullptr; }
+    // Moves the iterator one record on, never past the end marker.
+    static void advance(FltRecordIterator& it)
+    {
+        if (*it) ++it;
+    }
 
     FltParser* fltParser = nullptr;
     bool parserCreatedByConverter = false;
@@ -367,6 +372,10 @@ protected:
     // True when adding `instance` under `parent` (the stack top) would or could make the
     // instance contain itself; see FltToInventorReferences.cpp.
     bool wouldContainItself(SoGroup* instance, SoGroup* parent) const;
+    // The frame of most primary records: `content` becomes the node the next push level
+    // opens, `attached` (the content itself, or a node holding it) joins the group on top of
+    // the stack, and the ancillary records after the record apply to the content.
+    SoGroup* beginPrimaryNode(SoGroup* content, SoGroup* attached, const char* name, FltRecordIterator& it);
     // The node the next push level opens, and when it was made (see visitPushLevel).
     void setLastPrimaryNode(SoGroup* node)
     {

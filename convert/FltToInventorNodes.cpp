@@ -33,10 +33,6 @@ namespace {
 
 const char* const kSwitchInfoName = "SoInfo_child_of_FLT_switch";
 
-void advance(FltRecordIterator& it)
-{
-    if (*it) ++it;
-}
 
 // A node whose parent is absent stays alive with the converter's other unattached nodes.
 void addToGroupOrKeep(SoGroup* parent, SoNode* node, std::vector<SoNode*>& unattached)
@@ -64,11 +60,7 @@ void FltToInventor::visitLOD(const FltRecordLOD* record, FltRecordIterator& it)
     lod->range.set1Value(1, static_cast<float>(record->switchInDistance));
 
     auto* content = new SoSeparator;
-    content->setName(record->idASCII);
-    setLastPrimaryNode(content);
-    addSoGroupToNodesStackTop(lod);
-    advance(it);
-    visitAncillaryRecords(it, content);
+    beginPrimaryNode(content, lod, record->idASCII, it);
     visitGroupChildren(it);
 
     // Nearer than the switch-out distance the LOD shows the empty label, then the content,
@@ -263,11 +255,7 @@ void FltToInventor::visitDOF(const FltRecordDOF* record, FltRecordIterator& it)
     // The local coordinate system, limits and current values stay in the record: only a
     // matrix record following the DOF moves its subtree.
     auto* separator = new SoSeparator;
-    separator->setName(record->idASCII);
-    setLastPrimaryNode(separator);
-    addSoGroupToNodesStackTop(separator);
-    advance(it);
-    visitAncillaryRecords(it, separator);
+    beginPrimaryNode(separator, separator, record->idASCII, it);
     visitGroupChildren(it);
 }
 
@@ -325,11 +313,7 @@ void FltToInventor::visitClipRegion(const FltRecordClipRegion* record, FltRecord
 {
     if (!record) return;
     auto* separator = new SoSeparator;
-    separator->setName(record->idASCII);
-    setLastPrimaryNode(separator);
-    addSoGroupToNodesStackTop(separator);
-    advance(it);
-    visitAncillaryRecords(it, separator);
+    beginPrimaryNode(separator, separator, record->idASCII, it);
     // No children walk here: the walk goes on from the record after the ancillary records,
     // so a push level there opens this separator after its clip planes.
     --it;
@@ -351,10 +335,6 @@ void FltToInventor::visitText(const FltRecordText* record, FltRecordIterator& it
     if (!record) return;
     // The text, its font and placement are not drawn: an empty named separator stands for it.
     auto* separator = new SoSeparator;
-    separator->setName(record->idASCII);
-    setLastPrimaryNode(separator);
-    addSoGroupToNodesStackTop(separator);
-    advance(it);
-    visitAncillaryRecords(it, separator);
+    beginPrimaryNode(separator, separator, record->idASCII, it);
     --it;  // as for clip regions: the walk sees the record after the ancillary records
 }

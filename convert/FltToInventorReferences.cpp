@@ -20,10 +20,6 @@
 
 namespace {
 
-void advance(FltRecordIterator& it)
-{
-    if (*it) ++it;
-}
 
 // The name a file goes by along a chain of references: its canonical path, so that every
 // spelling of one file ("a.flt", "./x/../a.flt", a link) meets the same entry.

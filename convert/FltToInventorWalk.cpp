@@ -39,11 +39,6 @@ namespace {
 // deeper hierarchies than this are not converted, so that no file can exhaust the stack.
 constexpr int kMaxHierarchyDepth = 500;
 
-// Moves the iterator one record on, never past the end marker.
-void advance(FltRecordIterator& it)
-{
-    if (*it) ++it;
-}
 
 }  // namespace
 
@@ -190,25 +185,28 @@ void FltToInventor::visitGroupChildren(FltRecordIterator& it)
     }
 }
 
+SoGroup* FltToInventor::beginPrimaryNode(SoGroup* content, SoGroup* attached, const char* name,
+                                        FltRecordIterator& it)
+{
+    if (name) content->setName(name);
+    setLastPrimaryNode(content);
+    addSoGroupToNodesStackTop(attached);
+    advance(it);
+    visitAncillaryRecords(it, content);
+    return content;
+}
+
 void FltToInventor::visitGroup(const FltRecordGroup* group, FltRecordIterator& it)
 {
     auto* separator = new SoSeparator;
-    if (group) separator->setName(group->idASCII);
-    setLastPrimaryNode(separator);
-    addSoGroupToNodesStackTop(separator);
-    advance(it);
-    visitAncillaryRecords(it, separator);
+    beginPrimaryNode(separator, separator, group ? group->idASCII : nullptr, it);
     visitGroupChildren(it);
 }
 
 void FltToInventor::visitUnknownPrimaryRecord(const FltRecordUnknown*, FltRecordIterator& it)
 {
     auto* separator = new SoSeparator;
-    separator->setName("UnknownPrimaryRecord");
-    setLastPrimaryNode(separator);
-    addSoGroupToNodesStackTop(separator);
-    advance(it);
-    visitAncillaryRecords(it, separator);
+    beginPrimaryNode(separator, separator, "UnknownPrimaryRecord", it);
 }
 
 void FltToInventor::visitLongID(const FltRecordLongID* record, SoNode* node)
