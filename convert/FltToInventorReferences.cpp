@@ -20,7 +20,6 @@
 
 namespace {
 
-
 // The name a file goes by along a chain of references: its canonical path, so that every
 // spelling of one file ("a.flt", "./x/../a.flt", a link) meets the same entry.
 std::string canonicalName(const std::string& path)
