@@ -1,5 +1,5 @@
 // The qetzflt* entry points: database facts, statistics file and console messages for tools.
-#include "convert/FltInspection.h"
+#include "convert/FltToolEntryPoints.h"
 
 #include <cstdint>
 #include <iostream>
