@@ -1,14 +1,14 @@
-// The opcode factory: every opcode yields an object, with the table's class, category and
-// heading, and the table's three deliberate decisions.
+// The opcode factory: every opcode yields an object, the table's deliberate decisions, and
+// every class decoding every cut of a record without reading past it. The headings and
+// categories of the table are pinned by the golden log of tests/convert/EveryRecordTest.cpp.
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <map>
 #include <memory>
+#include <set>
 #include <sstream>
 
-#include "FltFixture.h"
-#include "TestSupport.h"
+#include "EveryRecordDatabase.h"
 #include "reader/FltCreationVisitor.h"
 #include "reader/FltRawData.h"
 #include "reader/FltRecordGroupAndObject.h"
@@ -17,216 +17,109 @@
 
 namespace {
 
-struct Row {
-    const char* category;
-    const char* heading;
-};
-
-// The opcodes that have a class of their own.
-const std::map<int, Row> kExpected = {
-    {1, {"PRIMARY_RECORD", "\n HEADER RECORD "}},
-    {2, {"PRIMARY_RECORD", "\n GROUP RECORD "}},
-    {3, {"PRIMARY_RECORD", "\n OLD LEVEL_OF_DETAIL (LOD) RECORD (OBSOLETE) "}},
-    {4, {"PRIMARY_RECORD", "\n OBJECT RECORD "}},
-    {5, {"PRIMARY_RECORD", "\n FACE RECORD "}},
-    {7, {"PRIMARY_RECORD", "\n OLD VERTEX RECORD (OBSOLETE)"}},
-    {8, {"PRIMARY_RECORD", "\n OLD VERTEX COLOR RECORD (OBSOLETE)"}},
-    {9, {"PRIMARY_RECORD", "\n OLD VERTEX COLOR NORMAL RECORD (OBSOLETE)"}},
-    {10, {"CONTROL_RECORD", "\n PUSH LEVEL RECORD "}},
-    {11, {"CONTROL_RECORD", "\n POP LEVEL RECORD "}},
-    {14, {"PRIMARY_RECORD", "\n DOF RECORD "}},
-    {19, {"CONTROL_RECORD", "\n PUSH SUBFACE RECORD "}},
-    {20, {"CONTROL_RECORD", "\n POP SUBFACE RECORD "}},
-    {21, {"CONTROL_RECORD", "\n PUSH EXTENSION RECORD "}},
-    {22, {"CONTROL_RECORD", "\n POP EXTENSION RECORD "}},
-    {31, {"ANCILLARY_RECORD", "\n COMMENT RECORD "}},
-    {32, {"PALETTE_RECORD", "\n COLOR PALETTE RECORD "}},
-    {33, {"ANCILLARY_RECORD", "\n LONG_ID RECORD "}},
-    {49, {"ANCILLARY_RECORD", "\n MATRIX RECORD "}},
-    {50, {"ANCILLARY_RECORD", "\n VECTOR RECORD "}},
-    {51, {"ANCILLARY_RECORD", "\n OLD BOUNDING BOX "}},
-    {52, {"ANCILLARY_RECORD", "\n MULTI TEXTURE RECORD "}},
-    {60, {"ANCILLARY_RECORD", "\n REPLICATE RECORD "}},
-    {61, {"CONTROL_RECORD", "\n INSTANCE REFERENCE RECORD "}},
-    {62, {"CONTROL_RECORD", "\n INSTANCE DEFINITION RECORD "}},
-    {63, {"PRIMARY_RECORD", "\n EXTERNAL REFERENCE RECORD "}},
-    {64, {"PALETTE_RECORD", "\n TEXTURE_PATTERN RECORD "}},
-    {66, {"PALETTE_RECORD", "\n OLD MATERIAL PALETTE RECORD (OBSOLETE)"}},
-    {67, {"PALETTE_RECORD", "\n VERTEX PALETTE RECORD "}},
-    {68, {"PALETTE_RECORD", "\n VERTEX COLOR RECORD "}},
-    {69, {"PALETTE_RECORD", "\n VERTEX COLOR NORMAL RECORD "}},
-    {70, {"PALETTE_RECORD", "\n VERTEX COLOR NORMAL UV RECORD "}},
-    {71, {"PALETTE_RECORD", "\n VERTEX COLOR UV (TEXTURE) RECORD "}},
-    {72, {"PRIMARY_RECORD", "\n VERTEX LIST RECORD "}},
-    {73, {"PRIMARY_RECORD", "\n LEVEL_OF_DETAIL (LOD) RECORD "}},
-    {74, {"ANCILLARY_RECORD", "\n BOUNDING BOX "}},
-    {76, {"ANCILLARY_RECORD", "\n ROTATE ABOUT EDGE RECORD "}},
-    {78, {"ANCILLARY_RECORD", "\n TRANSLATE RECORD "}},
-    {79, {"ANCILLARY_RECORD", "\n SCALE NON UNIFORM RECORD "}},
-    {80, {"ANCILLARY_RECORD", "\n ROTATE ABOUT POINT RECORD "}},
-    {82, {"ANCILLARY_RECORD", "\n ROTATE ABOUT EDGE RECORD "}},
-    {83, {"PALETTE_RECORD", "\n EYEPOINT TRACKPLANE RECORD "}},
-    {89, {"PRIMARY_RECORD", "\n MORPH VERTEX LIST RECORD "}},
-    {91, {"PRIMARY_RECORD", "\n SOUND RECORD "}},
-    {93, {"PALETTE_RECORD", "\n SOUND PALETTE RECORD "}},
-    {94, {"ANCILLARY_RECORD", "\n GENERAL_MATRIX RECORD "}},
-    {95, {"PRIMARY_RECORD", "\n TEXT RECORD "}},
-    {96, {"PRIMARY_RECORD", "\n SWITCH RECORD "}},
-    {97, {"PALETTE_RECORD", "\n LINE STYLE PALETTE RECORD "}},
-    {98, {"PRIMARY_RECORD", "\n CLIP REGION RECORD "}},
-    {100, {"ANCILLARY_RECORD", "\n EXTENSION ATTRIBUTE RECORD "}},
-    {101, {"PRIMARY_RECORD", "\n LIGHT SOURCE RECORD "}},
-    {102, {"PALETTE_RECORD", "\n LIGHT SOURCE PALETTE RECORD "}},
-    {105, {"ANCILLARY_RECORD", "\n BOUNDING VOLUME SPHERE "}},
-    {106, {"ANCILLARY_RECORD", "\n BOUNDING VOLUME CYLINDER "}},
-    {108, {"ANCILLARY_RECORD", "\n BOUNDING VOLUME CENTER "}},
-    {109, {"ANCILLARY_RECORD", "\n BOUNDING VOLUME ORIENTATION "}},
-    {111, {"PRIMARY_RECORD", "\n LIGHT POINT RECORD "}},
-    {112, {"PALETTE_RECORD", "\n TEXTURE MAPPING PALETTE RECORD "}},
-    {113, {"PALETTE_RECORD", "\n MATERIAL PALETTE RECORD "}},
-    {114, {"PALETTE_RECORD", "\n NAME PALETTE RECORD "}},
-};
-
-std::string headingBlock(const FltRecord& record)
+// Builds one record through the visitor from a heap block of exactly the record's bytes.
+std::unique_ptr<FltRecord> build(Flt_15_7_CreationVisitor& visitor, const std::string& bytes)
 {
-    std::ostringstream os;
-    record.nameOpcodeAndLength(os);
-    return os.str();
-}
-
-// Builds one record through the visitor, from a zero-filled body of the given length.
-std::unique_ptr<FltRecord> build(Flt_15_7_CreationVisitor& visitor, uint16_t opcode, uint16_t length)
-{
-    FltRecordBytes bytes(opcode, length);
-    std::string data = bytes.bytes();
-    FltRawData raw(opcode, length, data.data());
+    std::unique_ptr<char[]> heap(new char[bytes.size()]);
+    std::memcpy(heap.get(), bytes.data(), bytes.size());
+    FltRawData raw(static_cast<uint16_t>((uint8_t(bytes[0]) << 8) | uint8_t(bytes[1])),
+                   static_cast<uint16_t>(bytes.size()), heap.get());
     FltRecord* out = nullptr;
     visitor.visitFltRawData(out, &raw);
+    visitor.previousRecord = nullptr;  // no sound palette continuation between builds
     return std::unique_ptr<FltRecord>(out);
 }
 
 }  // namespace
 
-TEST(OpcodeFactory, everyOpcodeYieldsAnObjectWithTheTablesCategoryAndHeading)
+TEST(OpcodeFactory, everyOpcodeYieldsAnObjectAndOnlyTheTablesOpcodesHaveAClass)
 {
+    // 53 (UV list) stays unknown and 82 (put transform) is built as rotate-about-edge, on purpose.
+    const std::set<unsigned> known = {1,  2,  3,  4,  5,  7,  8,  9,  10, 11,  14,  19,  20,  21,  22, 31,
+                                      32, 33, 49, 50, 51, 52, 60, 61, 62, 63,  64,  66,  67,  68,  69, 70,
+                                      71, 72, 73, 74, 76, 78, 79, 80, 82, 83,  89,  91,  93,  94,  95, 96,
+                                      97, 98, 100, 101, 102, 105, 106, 108, 109, 111, 112, 113, 114};
     for (unsigned opcode = 0; opcode <= 65535; ++opcode) {
         std::unique_ptr<FltRecord> record(Flt_15_7_CreationVisitor::createRecord(opcode, 8, 1570));
         ASSERT_NE(record, nullptr) << opcode;
-        auto row = kExpected.find(static_cast<int>(opcode));
-        if (row != kExpected.end()) {
-            EXPECT_EQ(record->getRecordCategory(), row->second.category) << opcode;
-            EXPECT_EQ(headingBlock(*record).substr(0, std::string(row->second.heading).size() + 1),
-                      std::string(row->second.heading) + "\n")
-                << opcode;
+        EXPECT_EQ(record->getLength(), 8u);
+        if (known.count(opcode)) {
+            EXPECT_EQ(dynamic_cast<FltRecordUnknown*>(record.get()), nullptr) << opcode;
             EXPECT_EQ(record->getOpcode(), opcode == 82 ? 76 : static_cast<int>(opcode));
         } else {
             ASSERT_NE(dynamic_cast<FltRecordUnknown*>(record.get()), nullptr) << opcode;
-            EXPECT_EQ(record->getOpcode(), static_cast<int>(static_cast<int16_t>(opcode)));
+            EXPECT_EQ(record->getOpcode(), static_cast<int>(static_cast<int16_t>(opcode)));  // 65535 is -1
             EXPECT_EQ(record->getRecordCategory(), "");
             EXPECT_EQ(record->getCategoryKind(), FltCategory::Unknown);
         }
-        EXPECT_EQ(record->getLength(), 8u);
     }
-}
-
-TEST(OpcodeFactory, unknownOpcodesAboveTheTableReportThemselvesAsSigned16Bit)
-{
-    std::unique_ptr<FltRecord> a(Flt_15_7_CreationVisitor::createRecord(115, 4, 1570));
-    std::unique_ptr<FltRecord> b(Flt_15_7_CreationVisitor::createRecord(65535, 4, 1570));
-    EXPECT_EQ(a->getOpcode(), 115);
-    EXPECT_EQ(b->getOpcode(), -1);
-    std::ostringstream os;
-    b->properties(os);
-    EXPECT_EQ(os.str(), "\n UNKNOWN RECORD \n  ()\n-- Opcode: -1  Length: 4 --\n");
-}
-
-TEST(OpcodeFactory, putTransformIsBuiltAsRotateAboutEdgeAndUvListAsUnknown)
-{
-    Flt_15_7_CreationVisitor visitor;
-    visitor.setDumpStream(nullptr);
-    auto put = build(visitor, 82, 156);
+    std::unique_ptr<FltRecord> put(Flt_15_7_CreationVisitor::createRecord(82, 156, 1570));
     EXPECT_NE(dynamic_cast<FltRecordRotateAboutEdge*>(put.get()), nullptr);
-    EXPECT_EQ(put->getOpcode(), 76);
-    auto uv = build(visitor, 53, 16);
-    EXPECT_NE(dynamic_cast<FltRecordUnknown*>(uv.get()), nullptr);
-    EXPECT_EQ(uv->getOpcode(), 53);
     EXPECT_EQ(FltRecordPutTransform(156).getOpcode(), 82);
 }
 
-TEST(OpcodeFactory, revisionReachesOnlyTheRecordsThatCarryIt)
+TEST(OpcodeFactory, revisionReachesOnlyTheRecordsThatCarryItAndNotTheColourMode)
 {
     Flt_15_7_CreationVisitor visitor;
     visitor.setDumpStream(nullptr);
     visitor.formatRevision = 1420;
     visitor.rgbMode = true;
-    auto group = build(visitor, 2, 44);
-    auto* versioned = dynamic_cast<FltVersion*>(group.get());
-    ASSERT_NE(versioned, nullptr);
-    EXPECT_EQ(versioned->formatRevision, 1420);
-    EXPECT_FALSE(versioned->rgbMode);  // the colour mode is not copied
+    auto group = build(visitor, FltRecordBytes(2, 44).bytes());
+    auto& versioned = dynamic_cast<FltVersion&>(*group);
+    EXPECT_EQ(versioned.formatRevision, 1420);
+    EXPECT_FALSE(versioned.rgbMode);
 }
 
 TEST(OpcodeFactory, unknownRecordCopiesItsFirstBytesFromTheHeaderOn)
 {
     Flt_15_7_CreationVisitor visitor;
     visitor.setDumpStream(nullptr);
-    std::string data("\x00\x63\x00\x08\xAA\xBB\xCC\xDD", 8);  // opcode 99, length 8
-    FltRawData raw(99, 8, data.data());
-    FltRecord* out = nullptr;
-    visitor.visitFltRawData(out, &raw);
-    std::unique_ptr<FltRecord> owned(out);
-    auto* unknown = dynamic_cast<FltRecordUnknown*>(out);
-    ASSERT_NE(unknown, nullptr);
-    ASSERT_EQ(unknown->getDataSize(), 4u);
-    EXPECT_EQ(std::string(unknown->data, 4), std::string("\x00\x63\x00\x08", 4));
+    auto record = build(visitor, std::string("\x00\x63\x00\x08\xAA\xBB\xCC\xDD", 8));  // opcode 99
+    auto& unknown = dynamic_cast<FltRecordUnknown&>(*record);
+    ASSERT_EQ(unknown.getDataSize(), 4u);
+    EXPECT_EQ(std::string(unknown.data, 4), std::string("\x00\x63\x00\x08", 4));
 
-    auto empty = build(visitor, 99, 4);
-    EXPECT_EQ(dynamic_cast<FltRecordUnknown*>(empty.get())->getDataSize(), 0u);
-    EXPECT_EQ(dynamic_cast<FltRecordUnknown*>(empty.get())->data, nullptr);
+    auto empty = build(visitor, FltRecordBytes(99, 4).bytes());
+    EXPECT_EQ(dynamic_cast<FltRecordUnknown&>(*empty).getDataSize(), 0u);
+    EXPECT_EQ(dynamic_cast<FltRecordUnknown&>(*empty).data, nullptr);
 }
 
-TEST(OpcodeFactory, soundPaletteContinuesOnlyDirectlyAfterAnotherOne)
+TEST(OpcodeFactory, everyClassDecodesAndDumpsEveryCutOfARecordWithoutReadingPastIt)
 {
+    // Each record body follows a fixed byte pattern, so its counts, lengths and types are
+    // arbitrary and often absurd; it is cut at every length up to 600 bytes and at every 7th
+    // byte beyond, up to past the largest layouts. The sanitizer build proves that no decoder
+    // or dump reads past the cut. Some records are swept again with a chosen subtype or type.
+    struct Variant {
+        unsigned opcode;
+        size_t offset;
+        int32_t value;
+    };
+    const Variant variants[] = {{0, 0, 0},    {93, 4, 1},   {93, 4, 2},   {112, 32, 1}, {112, 32, 2},
+                                {112, 32, 4}, {112, 32, 5}, {112, 36, 1}, {32, 4228, 3}, {114, 4, 3}};
+    const std::set<unsigned> revisioned = {1, 2, 5, 32, 66, 68, 69, 70, 71};
     Flt_15_7_CreationVisitor visitor;
-    visitor.setDumpStream(nullptr);
-    auto first = build(visitor, 93, 16);
-    std::string data = FltRecordBytes(93, 16).bytes();
-    FltRawData raw(93, 16, data.data());
-    FltRecord* again = nullptr;
-    visitor.visitFltRawData(again, &raw);
-    EXPECT_EQ(again, first.get());
-    auto other = build(visitor, 10, 4);
-    auto fresh = build(visitor, 93, 16);
-    EXPECT_NE(fresh.get(), first.get());
-}
-
-TEST(OpcodeFactory, everyRecordIsDumpedToStandardOutputAsItIsCreated)
-{
-    CaptureStream out(std::cout);
-    Flt_15_7_CreationVisitor visitor;
-    auto push = build(visitor, 10, 4);
-    EXPECT_EQ(out.text(), "\n PUSH LEVEL RECORD \n  (CONTROL_RECORD)\n-- Opcode: 10  Length: 4 --\n");
-}
-
-TEST(OpcodeFactory, everyClassDecodesAndDumpsARecordCutShortWithoutReadingPastIt)
-{
-    // Each record holds only its 4-byte header; the sanitizer build proves no decoder reads
-    // past those bytes.
-    Flt_15_7_CreationVisitor visitor;
-    visitor.formatRevision = 1580;
     std::ostringstream sink;
     visitor.setDumpStream(&sink);
-    CaptureStream err(std::cerr);
-    for (unsigned opcode = 0; opcode <= 120; ++opcode) {
-        std::string data = FltRecordBytes(static_cast<uint16_t>(opcode), 4).bytes();
-        char* heap = new char[4];
-        std::memcpy(heap, data.data(), 4);
-        FltRawData raw(static_cast<uint16_t>(opcode), 4, heap);
-        FltRecord* out = nullptr;
-        visitor.visitFltRawData(out, &raw);
-        ASSERT_NE(out, nullptr);
-        delete out;
-        visitor.previousRecord = nullptr;
-        delete[] heap;
+    size_t decoded = 0;
+    for (unsigned opcode = 0; opcode <= 115; ++opcode) {
+        const size_t longest = opcode == 66 ? 11800 : (opcode == 32 || opcode == 83) ? 4300 : 620;
+        for (const Variant& variant : variants) {
+            if (variant.opcode != 0 && variant.opcode != opcode) continue;
+            FltRecordBytes pattern = everyrecord::patterned(static_cast<uint16_t>(opcode), longest);
+            if (variant.opcode) pattern.i32(variant.offset, variant.value);
+            for (int revision : {13, 1420, 1499, 1545, 1570, 1580}) {
+                if (revision != 1570 && !revisioned.count(opcode)) continue;
+                visitor.formatRevision = revision;
+                for (size_t length = 4; length <= longest; length += length < 600 ? 1 : 7) {
+                    auto record = build(visitor, pattern.bytes().substr(0, length));
+                    ASSERT_NE(record, nullptr);
+                    ASSERT_EQ(record->getLength(), length);
+                    sink.str("");
+                    ++decoded;
+                }
+            }
+        }
     }
+    EXPECT_GT(decoded, 70000u);
 }

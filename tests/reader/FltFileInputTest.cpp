@@ -4,64 +4,53 @@
 #include "TestSupport.h"
 #include "reader/FltFileInput.h"
 
-TEST(FltFileInput, keepsTheNameAndItsDirectoryPrefix)
+TEST(FltFileInput, readsTheFileAndKeepsItsDirectoryPrefix)
 {
     ScratchDir dir;
-    writeFile(dir.file("a.flt"), "xyz");
+    writeFile(dir.file("a.flt"), std::string("\x00\x01\xFF", 3));
+    CaptureStream out(std::cout);
     FltFileInput input(dir.file("a.flt").c_str());
     EXPECT_TRUE(input.isInFlowCreated());
-    EXPECT_EQ(input.getSize(), 3u);
-    EXPECT_EQ(std::string(input.getBuffer(), 3), "xyz");
+    EXPECT_EQ(std::string(input.getBuffer(), input.getSize()), std::string("\x00\x01\xFF", 3));
     EXPECT_EQ(std::string(input.getFileName()), dir.file("a.flt"));
     EXPECT_EQ(std::string(input.getDirName()), dir.path().string() + "/");
     EXPECT_EQ(input.getAdditionalDirName(), input.getDirName());
+    input.showBuffer();  // every byte as an unsigned number
+    EXPECT_EQ(out.text(), "\nSuccess in opening file: " + dir.file("a.flt") + "\n0 1 255 ");
 }
 
-TEST(FltFileInput, nameWithoutSlashHasNoDirectory)
+TEST(FltFileInput, missingFilesAreNamedWithSlashesAndTheirDirectory)
 {
-    CaptureStream err(std::cerr);
-    FltFileInput input("no-such-file-here.flt");
-    EXPECT_EQ(input.getDirName(), nullptr);
-    EXPECT_FALSE(input.isInFlowCreated());
-    EXPECT_EQ(input.getBuffer(), nullptr);
-    EXPECT_EQ(err.text(), "Error in opening file: no-such-file-here.flt\n");
+    struct Case {
+        const char* path;
+        const char* fileName;
+        const char* dirName;  // null: no directory
+    };
+    for (const Case& c : {Case{"no-such-file-here.flt", "no-such-file-here.flt", nullptr},
+                          Case{"/no-such-root-file.flt", "/no-such-root-file.flt", "/"},
+                          Case{"C:\\data\\a.flt", "C:/data/a.flt", "C:/data/"}}) {
+        CaptureStream err(std::cerr);
+        FltFileInput input(c.path);
+        EXPECT_FALSE(input.isInFlowCreated()) << c.path;
+        EXPECT_EQ(input.getBuffer(), nullptr) << c.path;
+        EXPECT_STREQ(input.getFileName(), c.fileName);
+        EXPECT_STREQ(input.getDirName(), c.dirName);
+        EXPECT_EQ(err.text(), std::string("Error in opening file: ") + c.fileName + "\n");
+    }
 }
 
-TEST(FltFileInput, rootFileHasTheRootDirectory)
-{
-    CaptureStream err(std::cerr);
-    FltFileInput input("/no-such-root-file.flt");
-    EXPECT_STREQ(input.getDirName(), "/");
-}
-
-TEST(FltFileInput, backslashesBecomeSlashes)
-{
-    CaptureStream err(std::cerr);
-    FltFileInput input("C:\\data\\a.flt");
-    EXPECT_STREQ(input.getFileName(), "C:/data/a.flt");
-    EXPECT_STREQ(input.getDirName(), "C:/data/");
-    EXPECT_EQ(err.text(), "Error in opening file: C:/data/a.flt\n");
-}
-
-TEST(FltFileInput, backslashPathsOpenTheFileTheyName)
+TEST(FltFileInput, backslashPathsOpenTheFileTheyNameAndEmptyFilesHaveSizeZero)
 {
     ScratchDir dir;
     writeFile(dir.file("b.flt"), "1234");
-    std::string windowsStyle = dir.path().string() + "\\b.flt";
-    FltFileInput input(windowsStyle.c_str());
-    EXPECT_TRUE(input.isInFlowCreated());
-    EXPECT_EQ(input.getSize(), 4u);
-}
-
-TEST(FltFileInput, emptyFileIsReadWithSizeZero)
-{
-    ScratchDir dir;
     writeFile(dir.file("empty.flt"), "");
     CaptureStream out(std::cout);
-    FltFileInput input(dir.file("empty.flt").c_str());
-    EXPECT_TRUE(input.isInFlowCreated());
-    EXPECT_EQ(input.getSize(), 0u);
-    EXPECT_EQ(out.text(), "\nSuccess in opening file: " + dir.file("empty.flt") + "\n");
+    FltFileInput windowsStyle((dir.path().string() + "\\b.flt").c_str());
+    EXPECT_TRUE(windowsStyle.isInFlowCreated());
+    EXPECT_EQ(windowsStyle.getSize(), 4u);
+    FltFileInput empty(dir.file("empty.flt").c_str());
+    EXPECT_TRUE(empty.isInFlowCreated());
+    EXPECT_EQ(empty.getSize(), 0u);
 }
 
 TEST(FltFileInput, directoryIsRefusedLikeAMissingFile)
@@ -71,15 +60,5 @@ TEST(FltFileInput, directoryIsRefusedLikeAMissingFile)
     FltFileInput input(dir.path().string().c_str());
     EXPECT_FALSE(input.isInFlowCreated());
     EXPECT_EQ(input.getBuffer(), nullptr);
-    EXPECT_NE(err.text().find("Error in opening file: "), std::string::npos);
-}
-
-TEST(FltFileInput, showBufferPrintsEveryByteAsAnUnsignedNumber)
-{
-    ScratchDir dir;
-    writeFile(dir.file("bytes"), std::string("\x00\x01\xFF", 3));
-    FltFileInput input(dir.file("bytes").c_str());
-    CaptureStream out(std::cout);
-    input.showBuffer();
-    EXPECT_EQ(out.text(), "0 1 255 ");
+    EXPECT_EQ(err.text(), "Error in opening file: " + dir.path().string() + "\n");
 }

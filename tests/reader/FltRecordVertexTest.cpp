@@ -4,71 +4,42 @@
 #include "RecordTestSupport.h"
 #include "reader/FltRecordVertex.h"
 
-namespace {
-
-// The head shared by the four current kinds: colour name 7, flags, coordinates.
-FltRecordBytes vertexHead(uint16_t opcode, size_t length)
+TEST(CurrentVertexKinds, readTheirFieldsAtTheirOwnOffsetsAndTheTailByRevision)
 {
-    FltRecordBytes r(opcode, length);
-    r.u16(4, 7).u16(6, 0x9000).f64(8, 1.5).f64(16, -2.25).f64(24, 1e10);
-    return r;
+    struct Kind {
+        uint16_t opcode;
+        size_t length, normal, uv, colour;  // offsets; 0: the kind has no such field
+    };
+    for (const Kind& k : {Kind{68, 40, 0, 0, 32}, Kind{69, 56, 32, 0, 44}, Kind{70, 64, 32, 44, 52},
+                          Kind{71, 48, 0, 32, 40}}) {
+        FltRecordBytes r(k.opcode, k.length);
+        r.u16(4, 7).u16(6, 0x1000).f64(8, 1.5).f64(16, -2.25).f64(24, 1e10);
+        if (k.normal) r.f32(k.normal, 0.25f).f32(k.normal + 4, -1).f32(k.normal + 8, 0.5f);
+        if (k.uv) r.f32(k.uv, 2).f32(k.uv + 4, -3);
+        r.abgr(k.colour, 255, 0x10, 0x20, 0x80).i32(k.colour + 4, 49157);
+        if (k.colour + 12 <= k.length) r.i32(k.colour + 8, 99);
+        for (int revision : {1539, 1540, 1579, 1580}) {
+            SCOPED_TRACE(testing::Message() << k.opcode << " at " << revision);
+            auto v = decodeRecord<FltRecordVertexColor>(r, revision);
+            ASSERT_TRUE(v);
+            EXPECT_EQ(v->getOpcode(), k.opcode);
+            EXPECT_EQ(v->colorNameIndex, 7);
+            EXPECT_TRUE(v->isPackedColor() && !v->isNoColor());
+            EXPECT_EQ((std::vector<double>{v->Xcoordinate, v->Ycoordinate, v->Zcoordinate}),
+                      (std::vector<double>{1.5, -2.25, 1e10}));
+            EXPECT_EQ((std::vector<float>{v->vertexNormal[0], v->vertexNormal[1], v->vertexNormal[2]}),
+                      (k.normal ? std::vector<float>{0.25f, -1, 0.5f} : std::vector<float>{0, 0, 0}));
+            EXPECT_EQ((std::vector<float>{v->texture[0], v->texture[1]}),
+                      (k.uv ? std::vector<float>{2, -3} : std::vector<float>{0, 0}));
+            EXPECT_EQ((std::vector<int>{v->packedColor[0], v->packedColor[1], v->packedColor[2], v->packedColor[3]}),
+                      (std::vector<int>{255, 0x10, 0x20, 0x80}));
+            EXPECT_EQ(v->vertexColorIndex, revision >= 1540 ? 49157 : -1);
+            EXPECT_EQ(v->trailing, k.normal && revision >= 1580 ? 99 : 0);
+        }
+    }
 }
 
-const char* const kHeadDump =
-    "colorNameIndex: 7\nflags: Start Hard Edge: 1\n         Normal frozen: 0\n"
-    "              No Color: 0\n          Packed Color: 1\n"
-    "Xcoordinate: 1.5\nYcoordinate: -2.25\nZcoordinate: 1e+10\n";
-
-}  // namespace
-
-TEST(VertexColor, dumpsHeadAndTailAndReadsTheColourIndexFrom1540)
-{
-    FltRecordBytes bytes = vertexHead(68, 40);
-    bytes.abgr(32, 255, 0x10, 0x20, 0x80).i32(36, 49157);
-    auto v = decodeRecord<FltRecordVertexColor>(bytes, 1540);
-    ASSERT_TRUE(v);
-    EXPECT_TRUE(v->isPackedColor() && !v->isNoColor());
-    EXPECT_EQ(dumpOf(*v), std::string("\n VERTEX COLOR RECORD \n  (PALETTE_RECORD)\n-- Opcode: 68  Length: 40 --\n") +
-                              kHeadDump +
-                              "packedColor: alpha=1\n              blue=0.0627451\n             green=0.12549\n"
-                              "               red=0.501961\nvertexColorIndex: 49157\n");
-    EXPECT_EQ(decodeRecord<FltRecordVertexColor>(bytes, 1539)->vertexColorIndex, -1);
-}
-
-TEST(VertexColorNormal, dumpsTheNormalAndReadsTheTrailingWordFrom1580)
-{
-    FltRecordBytes bytes = vertexHead(69, 56);
-    bytes.f32(32, 0.0f).f32(36, -1.0f).f32(40, 0.5f).abgr(44, 0, 0, 0, 255).i32(48, 9).i32(52, 99);
-    auto v = decodeRecord<FltRecordVertexColorNormal>(bytes, 1580);
-    EXPECT_EQ(v->trailing, 99);
-    EXPECT_EQ(fieldsOf(*v), std::string(kHeadDump) +
-                                "vertexNormal: i=0\n              j=-1\n              k=0.5\n"
-                                "packedColor: alpha=0\n              blue=0\n             green=0\n"
-                                "               red=1\nvertexColorIndex: 9\n");
-    EXPECT_EQ(decodeRecord<FltRecordVertexColorNormal>(bytes, 1579)->trailing, 0);
-}
-
-TEST(VertexColorUvKinds, readTextureAndColourAtTheirOwnOffsets)
-{
-    FltRecordBytes both = vertexHead(70, 64);
-    both.f32(40, 0.75f).f32(44, 2.0f).f32(48, -3.0f).abgr(52, 255, 0, 0, 0).i32(56, 77).i32(60, 98);
-    auto nuv = decodeRecord<FltRecordVertexColorNormalUv>(both, 1580);
-    EXPECT_EQ(nuv->trailing, 98);
-    EXPECT_NE(fieldsOf(*nuv).find("              k=0.75\ntexture: u=2\n         v=-3\npackedColor: alpha=1\n"),
-              std::string::npos);
-    EXPECT_EQ(decodeRecord<FltRecordVertexColorNormalUv>(both, 1570)->trailing, 0);
-
-    FltRecordBytes uvOnly = vertexHead(71, 48);
-    uvOnly.f32(32, 0.125f).f32(36, 1.0f).abgr(40, 0, 0, 255, 0).i32(44, 5);
-    auto uv = decodeRecord<FltRecordVertexColorUv>(uvOnly, 1570);
-    EXPECT_EQ(fieldsOf(*uv), std::string(kHeadDump) +
-                                 "texture: u=0.125\n         v=1\n"
-                                 "packedColor: alpha=0\n              blue=0\n             green=1\n"
-                                 "               red=0\nvertexColorIndex: 5\n");
-    EXPECT_EQ(decodeRecord<FltRecordVertexColorUv>(uvOnly, 1530)->vertexColorIndex, -1);
-}
-
-TEST(VertexList, holdsOneOffsetPerWholeWord)
+TEST(VertexList, holdsOneOffsetPerWholeWordAndALengthBelowTheHeaderHoldsNone)
 {
     FltRecordBytes bytes(72, 18);  // three words and a stray half word
     bytes.i32(4, 8).i32(8, 48).i32(12, -1).u16(16, 1);
@@ -76,14 +47,12 @@ TEST(VertexList, holdsOneOffsetPerWholeWord)
     EXPECT_EQ(list->offsets, (std::vector<int32_t>{8, 48, -1}));
     EXPECT_EQ(fieldsOf(*list), "Offset: 8  48  -1  \n");
     EXPECT_EQ(fieldsOf(*decodeRecord<FltRecordVertexList>(FltRecordBytes(72, 4))), "Offset: \n");
-}
 
-TEST(VertexLists, lengthBelowTheHeaderDoesNotWrapIntoAHugeCount)
-{
+    // A length below the header must not wrap into a huge word count.
     char data[4] = {0, 72, 0, 2};
-    FltRecordVertexList list(2);
-    list.getPropertiesFromData(data);
-    EXPECT_TRUE(list.offsets.empty());
+    FltRecordVertexList cut(2);
+    cut.getPropertiesFromData(data);
+    EXPECT_TRUE(cut.offsets.empty());
     FltRecordMorphVertexList morph(3);
     morph.getPropertiesFromData(data);
     EXPECT_TRUE(morph.offsets.empty());
@@ -105,35 +74,31 @@ TEST(MorphVertexList, pairsEveryWordWithTheValueNBytesFurtherOn)
               (std::vector<std::pair<int32_t, int32_t>>{{1, 2}, {2, 3}, {3, 4}, {4, 0}}));
 }
 
-TEST(OldVertexKinds, textureCoordinatesOnlyAtTheExactLength)
+TEST(OldVertexKinds, haveTextureCoordinatesOnlyAtTheirExactTexturedLength)
 {
-    FltRecordBytes plain(7, 20);
-    plain.i32(4, -10).i32(8, 20).i32(12, 30);
-    EXPECT_EQ(dumpOf(*decodeRecord<FltRecordOldVertex>(plain)),
-              "\n OLD VERTEX RECORD (OBSOLETE)\n  (PRIMARY_RECORD)\n-- Opcode: 7  Length: 20 --\n"
-              "Xcoordinate: -10\nYcoordinate: 20\nZcoordinate: 30\n");
-    FltRecordBytes textured(7, 24);
-    textured.f32(16, 0.5f).f32(20, 0.25f);
-    EXPECT_EQ(fieldsOf(*decodeRecord<FltRecordOldVertex>(textured)),
-              "Xcoordinate: 0\nYcoordinate: 0\nZcoordinate: 0\ntexture: u=0.5\n         v=0.25\n");
+    FltRecordBytes plain(7, 24);
+    plain.i32(4, -10).i32(8, 20).i32(12, 30).f32(16, 0.5f).f32(20, 0.25f);
+    auto textured = decodeRecord<FltRecordOldVertex>(plain);
+    EXPECT_EQ((std::vector<int>{textured->Xcoordinate, textured->Ycoordinate, textured->Zcoordinate}),
+              (std::vector<int>{-10, 20, 30}));
+    EXPECT_TRUE(textured->hasTexture);
+    EXPECT_EQ(textured->texture[1], 0.25f);
 
     FltRecordBytes colored(8, 28);
-    colored.i32(4, 1).u8(16, 'Y').u8(17, 'N').u16(18, 65000).f32(20, 1.0f).f32(24, 2.0f);
-    EXPECT_EQ(fieldsOf(*decodeRecord<FltRecordOldVertexColor>(colored)),
-              "Xcoordinate: 1\nYcoordinate: 0\nZcoordinate: 0\nhardEdgeFlag: Y\nshadingFlag: N\n"
-              "colorIndex : 65000\ntexture: u=1\n         v=2\n");
-    EXPECT_FALSE(decodeRecord<FltRecordOldVertexColor>(FltRecordBytes(8, 20))->hasTexture);
-}
+    colored.u16(18, 65000).f32(24, 2.0f);
+    EXPECT_EQ(decodeRecord<FltRecordOldVertexColor>(colored)->colorIndex, 65000);
+    EXPECT_EQ(decodeRecord<FltRecordOldVertexColor>(colored)->texture[1], 2.0f);
+    FltRecordBytes normal(9, 40);
+    normal.i32(24, -1073741824).f32(36, 4.0f);
+    EXPECT_EQ(decodeRecord<FltRecordOldVertexColorNormal>(normal)->vertexNormalScaled[1], -1073741824);
+    EXPECT_EQ(decodeRecord<FltRecordOldVertexColorNormal>(normal)->texture[1], 4.0f);
 
-TEST(OldVertexColorNormal, dumpsTheScaledNormal)
-{
-    FltRecordBytes bytes(9, 32);
-    bytes.u8(16, '1').u8(17, '0').u16(18, 4).i32(24, -1073741824).i32(28, 1073741824);
-    EXPECT_EQ(fieldsOf(*decodeRecord<FltRecordOldVertexColorNormal>(bytes)),
-              "Xcoordinate: 0\nYcoordinate: 0\nZcoordinate: 0\nhardEdgeFlag: 1\nshadingFlag: 0\n"
-              "colorIndex : 4\nvertexNormalScaled: i=0\n                    j=-1073741824\n"
-              "                    k=1073741824\n");
-    FltRecordBytes textured(9, 40);
-    textured.f32(36, 4.0f);
-    EXPECT_EQ(decodeRecord<FltRecordOldVertexColorNormal>(textured)->texture[1], 4.0f);
+    for (size_t length : {20, 26}) {
+        EXPECT_FALSE(decodeRecord<FltRecordOldVertex>(FltRecordBytes(7, length))->hasTexture) << length;
+        EXPECT_FALSE(decodeRecord<FltRecordOldVertexColor>(FltRecordBytes(8, length + 4))->hasTexture) << length;
+        EXPECT_FALSE(decodeRecord<FltRecordOldVertexColorNormal>(FltRecordBytes(9, length + 12))->hasTexture)
+            << length;
+    }
+    EXPECT_EQ(fieldsOf(*decodeRecord<FltRecordOldVertex>(FltRecordBytes(7, 20))),
+              "Xcoordinate: 0\nYcoordinate: 0\nZcoordinate: 0\n");
 }

@@ -1,6 +1,9 @@
 // Decoding one record from fixture bytes through the opcode factory, for record tests.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -46,4 +49,25 @@ inline std::string fieldsOf(const FltRecord& record)
     const std::string all = dumpOf(record);
     size_t pos = all.find(" --\n");
     return pos == std::string::npos ? all : all.substr(pos + 4);
+}
+
+// Passes when text ends with tail; on failure shows how the text really ends.
+inline ::testing::AssertionResult endsWith(const std::string& text, const std::string& tail)
+{
+    if (text.size() >= tail.size() && text.compare(text.size() - tail.size(), tail.size(), tail) == 0)
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "ends with \"" << text.substr(text.size() > 200 ? text.size() - 200 : 0)
+                                         << "\"";
+}
+
+// Decodes a record of a class the factory never creates, from a heap block of exactly its
+// bytes.
+template <class T>
+std::unique_ptr<T> decodeDirectly(const FltRecordBytes& bytes)
+{
+    auto record = std::make_unique<T>(static_cast<unsigned int>(bytes.size()));
+    std::unique_ptr<char[]> exact(new char[bytes.size()]);
+    std::copy(bytes.bytes().begin(), bytes.bytes().end(), exact.get());
+    record->getPropertiesFromData(exact.get());
+    return record;
 }
