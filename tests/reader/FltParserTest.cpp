@@ -46,39 +46,37 @@ TEST_F(ParserTest, inputsFailingTheEntryTestAreRefusedWithoutAnyRecord)
     }
 }
 
-TEST_F(ParserTest, cutsRecordsInFileOrderAndWritesTheProgressLines)
+TEST_F(ParserTest, cutsRecordsInFileOrderForEveryObserverAndWritesTheProgressLines)
 {
     FltFixture db;
     db.header(1420, 0, 0x40000000).push().group("g1").pop();
     ParsedBytes p(db.bytes());
-    RecordingObserver observer;
-    p.parser.attachFltObserver(&observer);
+    RecordingObserver a, b;  // a is attached twice and hears twice; b is detached, then absent
+    for (RecordingObserver* o : {&a, &b, &a}) p.parser.attachFltObserver(o);
+    p.parser.detachFltObserver(&b);
+    p.parser.detachFltObserver(&b);
     CaptureStream out(std::cout);
     ASSERT_EQ(p.parser.run(), 0);
     EXPECT_EQ(opcodes(p.parser), (std::vector<int>{1, 10, 2, 11}));
-    EXPECT_EQ(observer.seen, (std::vector<int>{1, 10, 2, 11}));
+    EXPECT_EQ(a.seen, (std::vector<int>{1, 1, 10, 10, 2, 2, 11, 11}));
+    EXPECT_TRUE(b.seen.empty());
     EXPECT_EQ(p.parser.getNumberOfFltRawData(), 4u);
     EXPECT_TRUE(p.parser.isAllFltRecordsCreated());
     EXPECT_EQ(p.parser.creationVisitor->formatRevision, 1420);
     EXPECT_TRUE(p.parser.creationVisitor->rgbMode);
     // Records created after the header carry the file's revision.
     EXPECT_EQ(dynamic_cast<FltRecordGroup&>(*p.parser.records.at(2)).formatRevision, 1420);
-
     const std::string log = out.text();
     EXPECT_EQ(log.rfind("beginning of parsing\n\n HEADER RECORD \n", 0), 0u);
     EXPECT_NE(log.find("OpenFlight file version: 1420\nRGB mode: true\n\n PUSH LEVEL RECORD "), std::string::npos);
     EXPECT_EQ(log.substr(log.size() - 15), "end of parsing\n");
-}
 
-TEST_F(ParserTest, packedColourModeIsTheSecondMostSignificantFlagBit)
-{
-    FltFixture db;
-    db.header(1570, 0, static_cast<int32_t>(0x80000000u));
-    ParsedBytes p(db.bytes());
-    CaptureStream out(std::cout);
-    ASSERT_EQ(p.parser.run(), 0);
+    // The packed colour mode is the second most significant flag bit, not the first.
+    FltFixture top;
+    ParsedBytes q(top.header(1570, 0, static_cast<int32_t>(0x80000000u)).bytes());
+    ASSERT_EQ(q.parser.run(), 0);
     EXPECT_NE(out.text().find("RGB mode: false\n"), std::string::npos);
-    EXPECT_FALSE(p.parser.creationVisitor->rgbMode);
+    EXPECT_FALSE(q.parser.creationVisitor->rgbMode);
 }
 
 TEST_F(ParserTest, damagedRecordStopsTheParseWithItsOffsetAndKeepsWhatCameBefore)
@@ -134,7 +132,7 @@ TEST_F(ParserTest, recordsShorterThanTheirLayoutAreNamedTenTimesThenCounted)
     for (const FltWarningMessage& m : messages()) EXPECT_EQ(m.level, 2);
 }
 
-TEST_F(ParserTest, continuedSoundPaletteIsStoredTwiceAndCountedAsTwoCuts)
+TEST_F(ParserTest, continuedSoundPaletteIsStoredTwiceAndASecondRunAppendsRecordsAndResetsTheCount)
 {
     FltFixture db;
     db.header().add(FltRecordBytes(93, 16)).add(FltRecordBytes(93, 16)).push().add(FltRecordBytes(93, 16));
@@ -143,41 +141,15 @@ TEST_F(ParserTest, continuedSoundPaletteIsStoredTwiceAndCountedAsTwoCuts)
     p.parser.attachFltObserver(&observer);
     CaptureStream out(std::cout);
     ASSERT_EQ(p.parser.run(), 0);
-    ASSERT_EQ(p.parser.records.size(), 5u);
+    ASSERT_EQ(p.parser.run(), 0);
+    ASSERT_EQ(p.parser.records.size(), 10u);
     EXPECT_EQ(p.parser.getNumberOfFltRawData(), 5u);
-    EXPECT_EQ(p.parser.records[1], p.parser.records[2]);
-    EXPECT_NE(p.parser.records[2], p.parser.records[4]);
-    EXPECT_EQ(observer.seen.size(), 5u);
-}
+    EXPECT_EQ(observer.seen.size(), 10u);
+    EXPECT_EQ(p.parser.records[6], p.parser.records[7]);
+    EXPECT_NE(p.parser.records[7], p.parser.records[9]);
+    EXPECT_NE(p.parser.records[2], p.parser.records[6]);
 
-TEST_F(ParserTest, observersAttachedTwiceHearTwiceAndDetachRemovesOne)
-{
-    FltFixture db;
-    db.header();
-    ParsedBytes p(db.bytes());
-    RecordingObserver a, b;
-    p.parser.attachFltObserver(&a);
-    p.parser.attachFltObserver(&b);
-    p.parser.attachFltObserver(&a);
-    p.parser.detachFltObserver(&b);
-    p.parser.detachFltObserver(&b);  // absent now: nothing happens
-    CaptureStream out(std::cout);
-    ASSERT_EQ(p.parser.run(), 0);
-    EXPECT_EQ(a.seen.size(), 2u);
-    EXPECT_TRUE(b.seen.empty());
-}
-
-TEST_F(ParserTest, secondRunAppendsRecordsAndResetsTheCountAndShowAllDumpsThemAgain)
-{
-    FltFixture db;
-    db.header().push().pop();
-    ParsedBytes p(db.bytes());
-    CaptureStream out(std::cout);
-    ASSERT_EQ(p.parser.run(), 0);
-    ASSERT_EQ(p.parser.run(), 0);
-    EXPECT_EQ(p.parser.records.size(), 6u);
-    EXPECT_EQ(p.parser.getNumberOfFltRawData(), 3u);
-    std::ostringstream again;
+    std::ostringstream again;  // every record dumped again, as the run printed it
     p.parser.showAllFltRecords(again);
     EXPECT_NE(out.text().find(again.str().substr(0, 300)), std::string::npos);
     EXPECT_NE(again.str().find("\n PUSH LEVEL RECORD \n  (CONTROL_RECORD)\n-- Opcode: 10  Length: 4 --\n"),

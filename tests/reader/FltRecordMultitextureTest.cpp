@@ -4,7 +4,7 @@
 #include "RecordTestSupport.h"
 #include "reader/FltRecordMultitexture.h"
 
-TEST(MultitextureRecord, layersFollowTheLowBitsOfTheMaskAndConsumeBytesInOrder)
+TEST(MultitextureRecord, layersFollowTheLowBitsOfTheMaskConsumeBytesInOrderAndReadZerosPastTheEnd)
 {
     // Mask 0x5: layer 0 at offsets 8-15, layer 2 at 16-23.
     FltRecordBytes bytes(52, 24);
@@ -16,6 +16,13 @@ TEST(MultitextureRecord, layersFollowTheLowBitsOfTheMaskAndConsumeBytesInOrder)
     EXPECT_EQ(multi->layer[1].texture, 0);
     EXPECT_EQ(multi->layer[2].texture, 65535);
     EXPECT_EQ(multi->layer[2].data, 8);
+
+    FltRecordBytes cut(52, 16);  // eight layers announced, one present
+    cut.u32(4, 0xFFu).u16(8, 11).u16(14, 12);
+    auto eight = decodeRecord<FltRecordMultitexture>(cut);
+    EXPECT_EQ((std::vector<int>{eight->layer[0].texture, eight->layer[0].data, eight->layer[1].texture}),
+              (std::vector<int>{11, 12, 0}));
+    EXPECT_NE(fieldsOf(*eight).find("layer[7]: \n  texture: 0\n"), std::string::npos);
 }
 
 TEST(MultitextureRecord, maskWithOnlyHighBitsSelectsNoLayer)
@@ -30,17 +37,6 @@ TEST(MultitextureRecord, maskWithOnlyHighBitsSelectsNoLayer)
     // Bit 31 is there to test; a number outside the word is no layer.
     EXPECT_TRUE(multi->hasLayerN(31));
     EXPECT_FALSE(multi->hasLayerN(32) || multi->hasLayerN(-1));
-}
-
-TEST(MultitextureRecord, layersPastTheRecordsEndReadZeros)
-{
-    FltRecordBytes bytes(52, 16);  // eight layers announced, one present
-    bytes.u32(4, 0xFFu).u16(8, 11).u16(14, 12);
-    auto multi = decodeRecord<FltRecordMultitexture>(bytes);
-    EXPECT_EQ(multi->layer[0].texture, 11);
-    EXPECT_EQ(multi->layer[0].data, 12);
-    EXPECT_EQ(multi->layer[1].texture, 0);
-    EXPECT_NE(fieldsOf(*multi).find("layer[7]: \n  texture: 0\n"), std::string::npos);
 }
 
 TEST(UVListRecord, findsEachVertexLayerPairByTheMaskAndKeepsOnlyWholeValues)

@@ -122,13 +122,10 @@ TEST(NamePalette, damagedEntriesStopTheWalk)
     EXPECT_EQ(namesOf(2, {{7, 2, "b"}, {10, 3, "c"}}, {17, -6}), (Names{{2, "b"}}));
 }
 
-TEST(LineStylePalette, readsMaskAndWidth)
+TEST(LineStylePalette, readsIndexMaskAndWidth)
 {
     FltRecordBytes bytes(97, 12);
-    bytes.i16(4, -3).u16(6, 0xF0F0).i32(8, 2);
-    auto style = decodeRecord<FltRecordLineStylePalette>(bytes);
-    ASSERT_TRUE(style);
-    EXPECT_EQ(style->lineStyleIndex, -3);
-    EXPECT_EQ(style->patternMask, 0xF0F0);
-    EXPECT_EQ(style->lineWidth, 2);
+    auto style = decodeRecord<FltRecordLineStylePalette>(bytes.i16(4, -3).u16(6, 0xF0F0).i32(8, 2));
+    EXPECT_EQ((std::vector<int>{style->lineStyleIndex, style->patternMask, style->lineWidth}),
+              (std::vector<int>{-3, 0xF0F0, 2}));
 }

@@ -64,6 +64,7 @@ TEST(TextureMappingPalette, warpBlockIsReadFromTheSameOffsetAsTheTypesBlock)
     ASSERT_TRUE(mapping->putTextureMapping && mapping->warpedTextureMapping);
     EXPECT_EQ(mapping->putTextureMapping->state, 12);
     const FltWarpedTextureMappingStruct& w = *mapping->warpedTextureMapping;
+    EXPECT_EQ(w.activeWarpPoint, 12);
     EXPECT_EQ(w.warpState, 8);
     EXPECT_DOUBLE_EQ(w.fromPoints[7][1], 7.0);
     EXPECT_DOUBLE_EQ(w.toPoints[0][0], -0.5);
