@@ -49,7 +49,7 @@ TEST(FltDump, formatsNumbersAsTheStandardStreamDoes)
         }
         return os.str();
     };
-    for (double v : {0.0, 1.0, -2.5, 0.50196078431, 1e-7, 123456789.0, 1.0 / 3, 1e300, -0.0}) {
+    for (double v : {0.0, 1.0, -2.5, 0.50196078431, 1e-7, 123456789.0, 1.0 / 3, 1e300, -0.0, 999999.0, -999999.0, 1e6}) {
         std::ostringstream expected;
         expected << v;
         EXPECT_EQ(viaDump(v), expected.str()) << "for " << v;

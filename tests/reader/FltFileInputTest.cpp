@@ -4,7 +4,7 @@
 #include "TestSupport.h"
 #include "reader/FltFileInput.h"
 
-TEST(FltFileInput, readsTheFileAndKeepsItsDirectoryPrefix)
+TEST(FltFileInput, readsTheFileEvenEmptyOrNamedWithBackslashesAndKeepsItsDirectoryPrefix)
 {
     ScratchDir dir;
     writeFile(dir.file("a.flt"), std::string("\x00\x01\xFF", 3));
@@ -17,6 +17,13 @@ TEST(FltFileInput, readsTheFileAndKeepsItsDirectoryPrefix)
     EXPECT_EQ(input.getAdditionalDirName(), input.getDirName());
     input.showBuffer();  // every byte as an unsigned number
     EXPECT_EQ(out.text(), "\nSuccess in opening file: " + dir.file("a.flt") + "\n0 1 255 ");
+
+    writeFile(dir.file("empty.flt"), "");
+    FltFileInput empty(dir.file("empty.flt").c_str());
+    EXPECT_TRUE(empty.isInFlowCreated());
+    EXPECT_EQ(empty.getSize(), 0u);
+    FltFileInput windowsStyle((dir.path().string() + "\\a.flt").c_str());  // opens the file it names
+    EXPECT_EQ(windowsStyle.getSize(), 3u);
 }
 
 TEST(FltFileInput, missingFilesAreNamedWithSlashesAndTheirDirectory)
@@ -37,20 +44,6 @@ TEST(FltFileInput, missingFilesAreNamedWithSlashesAndTheirDirectory)
         EXPECT_STREQ(input.getDirName(), c.dirName);
         EXPECT_EQ(err.text(), std::string("Error in opening file: ") + c.fileName + "\n");
     }
-}
-
-TEST(FltFileInput, backslashPathsOpenTheFileTheyNameAndEmptyFilesHaveSizeZero)
-{
-    ScratchDir dir;
-    writeFile(dir.file("b.flt"), "1234");
-    writeFile(dir.file("empty.flt"), "");
-    CaptureStream out(std::cout);
-    FltFileInput windowsStyle((dir.path().string() + "\\b.flt").c_str());
-    EXPECT_TRUE(windowsStyle.isInFlowCreated());
-    EXPECT_EQ(windowsStyle.getSize(), 4u);
-    FltFileInput empty(dir.file("empty.flt").c_str());
-    EXPECT_TRUE(empty.isInFlowCreated());
-    EXPECT_EQ(empty.getSize(), 0u);
 }
 
 TEST(FltFileInput, directoryIsRefusedLikeAMissingFile)
