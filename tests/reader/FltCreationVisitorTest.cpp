@@ -3,31 +3,25 @@
 // categories of the table are pinned by the golden log of tests/convert/EveryRecordTest.cpp.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <memory>
 #include <set>
 #include <sstream>
 
 #include "EveryRecordDatabase.h"
+#include "RecordTestSupport.h"
 #include "reader/FltCreationVisitor.h"
-#include "reader/FltRawData.h"
 #include "reader/FltRecordGroupAndObject.h"
 #include "reader/FltRecordTransformations.h"
 #include "reader/FltRecordUnknown.h"
 
 namespace {
 
-// Builds one record through the visitor from a heap block of exactly the record's bytes.
+// Builds one record through the visitor, with no sound palette continuation between builds.
 std::unique_ptr<FltRecord> build(Flt_15_7_CreationVisitor& visitor, const std::string& bytes)
 {
-    std::unique_ptr<char[]> heap(new char[bytes.size()]);
-    std::memcpy(heap.get(), bytes.data(), bytes.size());
-    FltRawData raw(static_cast<uint16_t>((uint8_t(bytes[0]) << 8) | uint8_t(bytes[1])),
-                   static_cast<uint16_t>(bytes.size()), heap.get());
-    FltRecord* out = nullptr;
-    visitor.visitFltRawData(out, &raw);
-    visitor.previousRecord = nullptr;  // no sound palette continuation between builds
-    return std::unique_ptr<FltRecord>(out);
+    std::unique_ptr<FltRecord> record(feed(visitor, bytes));
+    visitor.previousRecord = nullptr;
+    return record;
 }
 
 }  // namespace

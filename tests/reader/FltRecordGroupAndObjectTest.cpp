@@ -1,4 +1,4 @@
-// Group, object, comment, long identifier and replicate records.
+// Group, object, comment and replicate records (the golden log shows a long identifier).
 #include <gtest/gtest.h>
 
 #include "RecordTestSupport.h"
@@ -27,16 +27,12 @@ TEST(ObjectRecord, transparencyIsReadAfterTheFlags)
               0u);
 }
 
-TEST(CommentAndLongId, holdTheRestOfTheRecordAsText)
+TEST(CommentRecord, holdsTheRestOfTheRecordAsTextEvenWhenThereIsNone)
 {
-    FltRecordBytes comment(31, 4 + 9);
+    FltRecordBytes comment(31, 4 + 9);  // no terminator in the record
     comment.chars(4, "two\nlines", 9);
     EXPECT_STREQ(decodeRecord<FltRecordComment>(comment)->textDescription, "two\nlines");
     EXPECT_STREQ(decodeRecord<FltRecordComment>(FltRecordBytes(31, 4))->textDescription, "");
-
-    FltRecordBytes longId(33, 4 + 20);
-    longId.chars(4, "a_rather_long_name", 20);
-    EXPECT_STREQ(decodeRecord<FltRecordLongID>(longId)->idASCII, "a_rather_long_name");
 }
 
 TEST(ReplicateRecord, countIsOne32BitWordSoA16BitCountIsMultiplied)

@@ -37,14 +37,17 @@ TEST(HeaderRecord, eachRevisionReadsAndDumpsItsOwnLayout)
         double earthMinorAxis;
         const char* shown;  // which of kGated the dump holds
     };
-    const char* const kGated[] = {"\nidNextSound: ",           "\nidNextAdaptive : ", "\nidNextCurve: ",
-                                  "\nutmZone: ", "\nZdeltaToPlaceDatabase: ", "\nearthMajorAxis: "};
+    const char* const kGated[] = {"\nidNextSound: ", "\nidNextAdaptive : ",       "\nidNextCurve: ",
+                                  "\nutmZone: ",     "\nZdeltaToPlaceDatabase: ", "\nearthMajorAxis: "};
     // 1570 to 1579 read depth, radius and mesh 6 bytes before a 1580 file: the mesh number
     // is then bytes 2-3 of the double 292.0 (the established behaviour).
     const Case cases[] = {
-        {1400, 0, 0, 0, 0, 0, 0, 0, "000000"},        {1499, 11, 184, 0, 0, 0, 0, 0, "100000"},
-        {1500, 11, 188, 0, 0, 0, 0, 0, "100000"},     {1545, 11, 188, 272, 0, 0, 0, 0, "110000"},
-        {1570, 11, 188, 272, 274, 0, 0x4000, 0, "111010"}, {1580, 11, 188, 272, 274, 276, 300, 316, "111111"},
+        {1400, 0, 0, 0, 0, 0, 0, 0, "000000"},
+        {1499, 11, 184, 0, 0, 0, 0, 0, "100000"},
+        {1500, 11, 188, 0, 0, 0, 0, 0, "100000"},
+        {1545, 11, 188, 272, 0, 0, 0, 0, "110000"},
+        {1570, 11, 188, 272, 274, 0, 0x4000, 0, "111010"},
+        {1580, 11, 188, 272, 274, 276, 300, 316, "111111"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.revision);

@@ -78,29 +78,20 @@ TEST(SoundPalette, continuationDecodesIntoTheSameObjectAndReplacesItsPart)
 {
     Flt_15_7_CreationVisitor visitor;
     visitor.setDumpStream(nullptr);
-    // Hands one record to the visitor from a heap block of exactly its length.
-    auto feed = [&visitor](const FltRecordBytes& bytes) {
-        std::unique_ptr<char[]> exact(new char[bytes.size()]);
-        std::copy(bytes.bytes().begin(), bytes.bytes().end(), exact.get());
-        FltRawData raw(93, static_cast<uint16_t>(bytes.size()), exact.get());
-        FltRecord* out = nullptr;
-        visitor.visitFltRawData(out, &raw);
-        return out;
-    };
     FltRecordBytes header = soundHeader(1, 1, 8);
     header.i32(32, 4).i32(40, 0);
-    std::unique_ptr<FltRecord> first(feed(header));
+    std::unique_ptr<FltRecord> first(feed(visitor, header.bytes()));
     auto* palette = dynamic_cast<FltRecordSoundPalette*>(first.get());
     ASSERT_NE(palette, nullptr);
 
-    EXPECT_EQ(feed(soundData(8, std::string("one.wav\0", 8))), palette);
+    EXPECT_EQ(feed(visitor, soundData(8, std::string("one.wav\0", 8)).bytes()), palette);
     EXPECT_EQ(palette->subType, 2);
     EXPECT_STREQ(palette->packedData, "one.wav");
     EXPECT_EQ(palette->soundEntries.at(4).fileNameOffset, 0);  // the header's part stays
 
     // A second data record replaces the names held (the sanitizer build checks the old
     // buffer is freed), and a shorter one must not leave the longer one's tail behind.
-    EXPECT_EQ(feed(soundData(2, "z")), palette);
+    EXPECT_EQ(feed(visitor, soundData(2, "z").bytes()), palette);
     EXPECT_EQ(palette->packedDataSize, 1u);
     EXPECT_STREQ(palette->packedData, "z");
 }

@@ -13,23 +13,30 @@
 #include "reader/FltRawData.h"
 #include "reader/FltRecord.h"
 
-// Builds the record the factory makes for these bytes, decoded under the given revision
-// (the way a parse stamps it), and returns it as T (null when the factory made another
-// class). The bytes are copied to a heap block of exactly the record's length, so that the
-// sanitizer build catches any read past it.
-template <class T>
-std::unique_ptr<T> decodeRecord(const FltRecordBytes& bytes, int revision = 1570)
+// Hands these bytes to the visitor as one record, from a heap block of exactly the record's
+// length so that the sanitizer build catches any read past it, and returns what it made
+// (a sound palette continuing the visitor's previous one is that same object).
+inline FltRecord* feed(Flt_15_7_CreationVisitor& visitor, const std::string& data)
 {
-    Flt_15_7_CreationVisitor visitor;
-    visitor.setDumpStream(nullptr);
-    visitor.formatRevision = revision;
-    const std::string& data = bytes.bytes();
     std::unique_ptr<char[]> exact(new char[data.size()]);
     std::copy(data.begin(), data.end(), exact.get());
     FltRawData raw(static_cast<uint16_t>((uint8_t(data[0]) << 8) | uint8_t(data[1])),
                    static_cast<uint16_t>(data.size()), exact.get());
     FltRecord* record = nullptr;
     visitor.visitFltRawData(record, &raw);
+    return record;
+}
+
+// Builds the record the factory makes for these bytes, decoded under the given revision
+// (the way a parse stamps it), and returns it as T (null when the factory made another
+// class).
+template <class T>
+std::unique_ptr<T> decodeRecord(const FltRecordBytes& bytes, int revision = 1570)
+{
+    Flt_15_7_CreationVisitor visitor;
+    visitor.setDumpStream(nullptr);
+    visitor.formatRevision = revision;
+    FltRecord* record = feed(visitor, bytes.bytes());
     T* typed = dynamic_cast<T*>(record);
     if (!typed) delete record;
     return std::unique_ptr<T>(typed);
