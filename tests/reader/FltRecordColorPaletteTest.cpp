@@ -56,16 +56,14 @@ TEST(ColorPalette, revisions14To1420Read512ColoursAndLaterOnes1024AfterTheReserv
     FltRecordBytes bytes(32, 4228);  // ends before the name count: no names
     bytes.abgr(4, 0xFF, 0x00, 0x00, 0x80).abgr(4 + 511 * 4, 1, 2, 3, 4);
     bytes.abgr(132, 0xFF, 0x00, 0x00, 0x81).abgr(132 + 1023 * 4, 5, 6, 7, 8);
-    for (int revision : {14, 1420}) {
+    for (int revision : {14, 1420}) {  // red in the low byte
         auto palette = decodeRecord<FltRecordColorPalette>(bytes, revision);
-        EXPECT_EQ(palette->colors[0], 0xFF000080u) << revision;  // red in the low byte
-        EXPECT_EQ(palette->colors[511], 0x01020304u) << revision;
-        EXPECT_EQ(palette->colors[512], 0u) << revision;
+        EXPECT_EQ((std::vector<uint32_t>{palette->colors[0], palette->colors[511], palette->colors[512]}),
+                  (std::vector<uint32_t>{0xFF000080u, 0x01020304u, 0}));
     }
     auto palette = decodeRecord<FltRecordColorPalette>(bytes, 1421);
-    EXPECT_EQ(palette->colors[0], 0xFF000081u);
-    EXPECT_EQ(palette->colors[1023], 0x05060708u);
-    EXPECT_EQ(palette->colors[1024], 0u);
+    EXPECT_EQ((std::vector<uint32_t>{palette->colors[0], palette->colors[1023], palette->colors[1024]}),
+              (std::vector<uint32_t>{0xFF000081u, 0x05060708u, 0}));
     EXPECT_EQ(palette->numberOfColorNames, 0);
 }
 

@@ -1,5 +1,5 @@
 // Transformation records: matrices, the put transform read as rotate-about-edge, and the put
-// transform's own class, which no file creates (the golden log pins the dumps).
+// transform's own class, which no file creates (the golden log pins the other dumps).
 #include <gtest/gtest.h>
 
 #include "RecordTestSupport.h"
@@ -59,13 +59,16 @@ TEST(RotateAboutEdgeRecord, putTransformInAFileIsReadWithTheEdgeLayout)
     EXPECT_EQ(edge->angleToRotate, FltBytes(bytes.bytes().data(), bytes.size()).f32(56));
 }
 
-TEST(PutTransformRecord, hasItsOwnDecoder)
+TEST(PutTransformRecord, hasItsOwnDecoderAndDump)
 {
     auto put = decodeDirectly<FltRecordPutTransform>(putTransformBytes());
-    EXPECT_EQ(put->getOpcode(), 82);
-    EXPECT_EQ((std::vector<double>{put->XFromOrigin, put->ZFromAlign, put->YFromTrack, put->XToOrigin, put->ZToTrack}),
-              (std::vector<double>{1, 6, 8, 10, 18}));
-    EXPECT_EQ(put->angleToRotate, 33.0f);
+    EXPECT_EQ(put->XToOrigin, 10.0);
+    EXPECT_EQ(dumpOf(*put),
+              "\n PUT TRANSFORM RECORD \n  (ANCILLARY_RECORD)\n-- Opcode: 82  Length: 156 --\n"
+              "XFromOrigin: 1\nYFromOrigin: 2\nZFromOrigin: 3\nXFromAlign: 4\nYFromAlign: 5\nZFromAlign: 6\n"
+              "XFromTrack: 7\nYFromTrack: 8\nZFromTrack: 9\nXToOrigin: 10\nYToOrigin: 11\nZToOrigin: 12\n"
+              "XToAlign: 13\nYToAlign: 14\nZToAlign: 15\nXToTrack: 16\nYToTrack: 17\nZToTrack: 18\n"
+              "angleToRotate: 33\n");
 }
 
 TEST(ScaleNonUniformRecord, keepsTheStrayFullStopInItsFirstLabel)
