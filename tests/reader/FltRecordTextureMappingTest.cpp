@@ -1,4 +1,4 @@
-// The texture mapping palette record and its type-specific blocks (the golden log shows a
+// The texture mapping palette record and the block each type adds (the golden log shows a
 // put block with a warp block).
 #include <gtest/gtest.h>
 
