@@ -2,7 +2,6 @@
 // offset map finds it again.
 #include <gtest/gtest.h>
 
-#include <Inventor/SbColor.h>
 #include <Inventor/nodes/SoSwitch.h>
 #include <Inventor/nodes/SoVertexProperty.h>
 
@@ -41,11 +40,6 @@ public:
     int status = -1;
 };
 
-uint32_t abgrWord(uint8_t a, uint8_t b, uint8_t g, uint8_t r)
-{
-    return (uint32_t(a) << 24) | (uint32_t(b) << 16) | (uint32_t(g) << 8) | r;
-}
-
 FltVertexSpec at(double x, double y, double z)
 {
     FltVertexSpec s;
@@ -55,11 +49,10 @@ FltVertexSpec at(double x, double y, double z)
 
 }  // namespace
 
-TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnProperty)
+TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnPropertyAndTheOffsetMapFindsIt)
 {
     FltFixture db;
-    db.header();
-    db.vertexPalette();
+    db.header().vertexPalette();
     FltVertexSpec a = at(1, 2, 3), b = at(4, 5, 6), c = at(7, 8, 9), d = at(10, 11, 12);
     b.i = 0, b.j = 1, b.k = 0;
     c.u = 0.25f, c.v = 0.75f;
@@ -75,13 +68,11 @@ TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnProperty)
     auto* palette = dynamic_cast<SoSwitch*>(findNamed(h.root, "vertexPropertyPalette"));
     ASSERT_NE(palette, nullptr);
     EXPECT_EQ(palette->whichChild.getValue(), SO_SWITCH_NONE);
-    EXPECT_EQ(childNames(palette), (std::vector<std::string>{"vertexColorProperty", "vertexColorNormalProperty",
-                                                             "vertexColorUVProperty", "vertexColorNormalUVProperty"}));
-
+    EXPECT_EQ(childNames(palette), (Names{"vertexColorProperty", "vertexColorNormalProperty", "vertexColorUVProperty",
+                                          "vertexColorNormalUVProperty"}));
     SoVertexProperty* colour = h.property("vertexColorProperty");
     ASSERT_EQ(colour->vertex.getNum(), 1);
     EXPECT_EQ(colour->vertex[0], SbVec3f(1, 2, 3));
-    EXPECT_EQ(colour->orderedRGBA[0], 0xFFFFFFFFu);
     EXPECT_EQ(colour->normal.getNum(), 0);
     SoVertexProperty* normalUv = h.property("vertexColorNormalUVProperty");
     ASSERT_EQ(normalUv->vertex.getNum(), 1);
@@ -93,79 +84,72 @@ TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnProperty)
     for (uint64_t offset : {8u, 48u, 104u, 168u}) EXPECT_EQ(h.converter.getIndexVertexFromOffset(offset), 0);
     EXPECT_EQ(h.converter.getSizeVertexFromOffset(48), 56);
     EXPECT_EQ(h.converter.getSoVertexPropertyFromOffset(168), h.property("vertexColorUVProperty"));
+    // An offset no vertex occupies answers nothing.
     EXPECT_EQ(h.converter.getSoVertexPropertyFromOffset(12), nullptr);
     EXPECT_EQ(h.converter.getIndexVertexFromOffset(12), 0);
     EXPECT_EQ(h.converter.getSizeVertexFromOffset(12), 0);
 }
 
-TEST(VertexPalette, onlyColourAndNormalVerticesGiveAPaletteSwitchWithOneChild)
+TEST(VertexPalette, thePaletteSwitchHoldsOnlyTheKindsPresentAndIsLeftOutWhenEmpty)
 {
     FltFixture db;
     db.header().vertexPalette();
     db.vertexColorNormal(at(0, 0, 0));
     db.vertexColorNormal(at(1, 0, 0));
-    db.push().pop();
-    Converted c(db);
-    auto* palette = findNamed(c.root, "vertexPropertyPalette");
+    Converted c(db.push().pop());
+    SoNode* palette = findNamed(c.root, "vertexPropertyPalette");
     ASSERT_NE(palette, nullptr);
-    EXPECT_EQ(childNames(palette), std::vector<std::string>{"vertexColorNormalProperty"});
+    EXPECT_EQ(childNames(palette), Names{"vertexColorNormalProperty"});
     // The palette switch follows the header's nodes under the root.
-    EXPECT_EQ(childTypes(c.root).back(), "Switch");
+    EXPECT_EQ(childAs<SoSwitch>(c.root, kHeaderChildren), palette);
+
+    FltFixture empty;
+    Converted e(empty.header().vertexPalette().push().pop());
+    EXPECT_EQ(findNamed(e.root, "vertexPropertyPalette"), nullptr);
 }
 
 TEST(VertexPalette, vertexColoursFollowFlagsPackedColoursAndIndices)
 {
-    FltFixture db;
-    db.header();
+    // Entry 3 of the colour palette: red 0x10, green 0x20, blue 0x30, alpha 0x80.
     std::vector<uint32_t> colors(1024, 0);
-    colors[3] = abgrWord(0x80, 0x30, 0x20, 0x10);  // red 0x10, green 0x20, blue 0x30, alpha 0x80
-    db.colorPalette(colors);
-    db.vertexPalette();
-    FltVertexSpec noColor = at(0, 0, 0);
-    noColor.flags = 0x2000;
-    noColor.packed[3] = 0x55;
-    db.vertexColor(noColor);
-    FltVertexSpec packed = at(0, 0, 0);
-    packed.flags = 0x1000;
-    packed.packed[0] = 255, packed.packed[1] = 0, packed.packed[2] = 0, packed.packed[3] = 255;
-    db.vertexColor(packed);
-    FltVertexSpec full = at(0, 0, 0);
-    full.flags = 0;
-    full.vertexColorIndex = 16384 * 3 + 128 * 127;
-    db.vertexColor(full);
-    FltVertexSpec dark = full;
-    dark.vertexColorIndex = 16384 * 3;
-    db.vertexColor(dark);
-    FltVertexSpec beyond = full;
-    beyond.vertexColorIndex = 0x20001 * 128;
-    db.vertexColor(beyond);
-    FltVertexSpec negative = full;
-    negative.vertexColorIndex = -128;
-    db.vertexColor(negative);
-    FltVertexSpec fullKind4 = full;
-    db.vertexColorNormalUv(fullKind4);
-    FltVertexSpec smallNegativeKind4 = full;
-    smallNegativeKind4.vertexColorIndex = -5;
-    db.vertexColorNormalUv(smallNegativeKind4);
+    colors[3] = 0x80302010u;
+    struct Row {
+        const char* what;
+        bool richest;  // of the kind with normal and texture coordinates
+        uint16_t flags;
+        int32_t index;
+        uint32_t rgba;
+    };
+    const Row rows[] = {
+        {"no colour, whatever is packed: white", false, 0x2000, 0, 0xFFFFFFFFu},
+        // Kept on purpose: the file's alpha goes in as a transparency, so opaque is stored 0.
+        {"packed opaque red", false, 0x1000, 0, 0xFF000000u},
+        {"entry 3 at full intensity keeps its transparency", false, 0, 16384 * 3 + 128 * 127, 0x10203080u},
+        {"intensity 0: black with the entry's transparency", false, 0, 16384 * 3, 0x00000080u},
+        {"entry beyond the table: white", false, 0, 0x20001 * 128, 0xFFFFFFFFu},
+        {"negative index: white", false, 0, -128, 0xFFFFFFFFu},
+        // Kept on purpose: packed fully transparent, and every negative index white.
+        {"richest kind, entry 3 at full intensity", true, 0, 16384 * 3 + 128 * 127, 0x10203000u},
+        {"richest kind, small negative index", true, 0, -5, 0xFFFFFFFFu},
+    };
+    FltFixture db;
+    db.header().colorPalette(colors).vertexPalette();
+    for (const Row& row : rows) {
+        FltVertexSpec s;
+        s.flags = row.flags;
+        s.packed[0] = 255, s.packed[3] = 255;  // opaque red, where the flags ask for it
+        s.vertexColorIndex = row.index;
+        row.richest ? db.vertexColorNormalUv(s) : db.vertexColor(s);
+    }
     db.push().pop();
     HeldConversion h(db);
-
     SoVertexProperty* colour = h.property("vertexColorProperty");
-    ASSERT_EQ(colour->orderedRGBA.getNum(), 6);
-    EXPECT_EQ(colour->orderedRGBA[0], 0xFFFFFFFFu);
-    // Packed: opaque red in the file is stored with alpha 0 (the file's alpha inverted).
-    EXPECT_EQ(colour->orderedRGBA[1], 0xFF000000u);
-    // Entry 3 at full intensity keeps the entry's own transparency (alpha 0x80).
-    EXPECT_EQ(colour->orderedRGBA[2], 0x10203080u);
-    // Intensity 0 is black with the entry's transparency.
-    EXPECT_EQ(colour->orderedRGBA[3], 0x00000080u);
-    EXPECT_EQ(colour->orderedRGBA[4], 0xFFFFFFFFu);
-    EXPECT_EQ(colour->orderedRGBA[5], 0xFFFFFFFFu);
-
     SoVertexProperty* richest = h.property("vertexColorNormalUVProperty");
+    ASSERT_EQ(colour->orderedRGBA.getNum(), 6);
     ASSERT_EQ(richest->orderedRGBA.getNum(), 2);
-    EXPECT_EQ(richest->orderedRGBA[0], 0x10203000u);  // packed fully transparent for this kind
-    EXPECT_EQ(richest->orderedRGBA[1], 0xFFFFFFFFu);  // every negative index is white for it
+    int n[2] = {0, 0};
+    for (const Row& row : rows)
+        EXPECT_EQ((row.richest ? richest : colour)->orderedRGBA[n[row.richest]++], row.rgba) << row.what;
 }
 
 TEST(VertexPalette, the100001stVertexGrowsThePropertyTo150100Entries)
