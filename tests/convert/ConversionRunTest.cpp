@@ -14,49 +14,46 @@ TEST(ConversionRun, emptyPathReturnsNullAndWritesNoLog)
     EXPECT_EQ(std::filesystem::exists(".log"), existed);
 }
 
-TEST(ConversionRun, convertedRootHasOneReferenceAndARefusedOneNone)
+TEST(ConversionRun, convertedRootHasOneReference)
 {
-    // Revision 11 is the oldest converted; 10 is refused after the parse.
-    for (int32_t revision : {1570, 11}) {
+    for (int32_t revision : {1570, 11}) {  // 11 is the oldest revision converted
         FltFixture db;
-        db.header(revision).push().pop();
-        Converted c(db);
-        ASSERT_NE(c.root, nullptr);
+        Converted c(db.header(revision).push().pop());
         EXPECT_EQ(c.root->getRefCount(), 1) << revision;
         EXPECT_EQ(c.root->getName(), SbName("root"));
         EXPECT_GT(c.root->getNumChildren(), 0);
         EXPECT_TRUE(c.messages.empty());
     }
+}
+
+TEST(ConversionRun, refusedFilesGiveAnEmptyRootWithoutReferenceAndStillCreateTheLog)
+{
     FltFixture old;
-    old.header(10).push().pop();
-    Converted c(old);
-    EXPECT_EQ(c.root->getNumChildren(), 0);
-    EXPECT_EQ(c.root->getRefCount(), 0);
-    EXPECT_EQ(c.messages, Names{"ERROR ! Openflight Format Revision not supported !"});
-}
-
-TEST(ConversionRun, missingFileGivesAnEmptyRootAndStillCreatesTheLog)
-{
-    ScratchDir dir;
-    const std::string path = dir.file("missing.flt");
-    Converted c(Converted::File{path});
-    ASSERT_NE(c.root, nullptr);
-    EXPECT_EQ(c.root->getRefCount(), 0);
-    EXPECT_EQ(c.root->getNumChildren(), 0);
-    EXPECT_EQ(c.errors, "Error in opening file: " + path + "\nERROR ! FltParser has no INPUT !\n(Warning Level: 3)\n\n");
-    EXPECT_TRUE(std::filesystem::exists(path + ".log"));
-}
-
-TEST(ConversionRun, filesThatAreNotOpenFlightAreRefusedByTheEntryTestAndMessagesAccumulate)
-{
+    const struct {
+        std::string bytes;  // "absent": no file at all
+        std::string message;
+    } cases[] = {
+        {"absent", "ERROR ! FltParser has no INPUT !"},
+        {"this is not a database", "ERROR! Not an Openflight Input !"},
+        {"", "ERROR! Not an Openflight Input !"},
+        {old.header(10).push().pop().bytes(), "ERROR ! Openflight Format Revision not supported !"},
+    };
     const size_t before = FltWarningMessageConsole::getMessages().size();
-    for (const std::string& bytes : {std::string("this is not a database"), std::string()}) {
-        Converted c(bytes);
+    for (const auto& k : cases) {
+        ScratchDir dir;
+        const std::string path = dir.file("db.flt");
+        if (k.bytes != "absent") writeFile(path, k.bytes);
+        Converted c(Converted::File{path});
         ASSERT_NE(c.root, nullptr);
+        EXPECT_EQ(c.root->getRefCount(), 0) << k.message;
         EXPECT_EQ(c.root->getNumChildren(), 0);
-        EXPECT_EQ(c.messages, Names{"ERROR! Not an Openflight Input !"});
+        EXPECT_EQ(c.messages, Names{k.message});
+        EXPECT_TRUE(std::filesystem::exists(path + ".log"));
+        const std::string opening = k.bytes == "absent" ? "Error in opening file: " + path + "\n" : "";
+        EXPECT_EQ(c.errors, opening + k.message + "\n(Warning Level: 3)\n\n");
     }
-    EXPECT_EQ(FltWarningMessageConsole::getMessages().size(), before + 2);
+    // The console keeps the messages of successive conversions.
+    EXPECT_EQ(FltWarningMessageConsole::getMessages().size(), before + 4);
 }
 
 TEST(ConversionRun, logFileHoldsTheDumpAndStandardOutputTheOpeningLine)

@@ -15,23 +15,11 @@ namespace {
 
 using Ints = std::vector<int>;
 
-Ints coordIndexOf(SoNode* set)
+// The values of a multiple-value field.
+template <class Field>
+Ints values(const Field& field)
 {
-    auto* s = static_cast<SoIndexedFaceSet*>(set);
-    return Ints(s->coordIndex.getValues(0), s->coordIndex.getValues(0) + s->coordIndex.getNum());
-}
-
-Ints materialIndexOf(SoNode* set)
-{
-    auto* s = static_cast<SoIndexedFaceSet*>(set);
-    return Ints(s->materialIndex.getValues(0), s->materialIndex.getValues(0) + s->materialIndex.getNum());
-}
-
-FltVertexSpec at(double x, double y, double z)
-{
-    FltVertexSpec s;
-    s.x = x, s.y = y, s.z = z;
-    return s;
+    return Ints(field.getValues(0), field.getValues(0) + field.getNum());
 }
 
 // A face with its vertex list one level down.
@@ -42,18 +30,27 @@ void face(FltFixture& db, const std::vector<int32_t>& offsets, int16_t texture =
     db.face(spec).push().vertexList(offsets).pop();
 }
 
+FltVertexSpec at(double x, double y)
+{
+    FltVertexSpec s;
+    s.x = x, s.y = y;
+    return s;
+}
+
 // Three vertices of each kind, by kind (68, 69, 71, 70).
 struct Palette {
     explicit Palette(FltFixture& db)
     {
         db.vertexPalette();
-        for (int i = 0; i < 3; ++i) color.push_back(db.vertexColor(at(i, 0, 0)));
-        for (int i = 0; i < 3; ++i) colorNormal.push_back(db.vertexColorNormal(at(i, 1, 0)));
-        for (int i = 0; i < 3; ++i) colorUv.push_back(db.vertexColorUv(at(i, 2, 0)));
-        for (int i = 0; i < 3; ++i) colorNormalUv.push_back(db.vertexColorNormalUv(at(i, 3, 0)));
+        for (int i = 0; i < 3; ++i) color.push_back(db.vertexColor(at(i, 0)));
+        for (int i = 0; i < 3; ++i) colorNormal.push_back(db.vertexColorNormal(at(i, 1)));
+        for (int i = 0; i < 3; ++i) colorUv.push_back(db.vertexColorUv(at(i, 2)));
+        for (int i = 0; i < 3; ++i) colorNormalUv.push_back(db.vertexColorNormalUv(at(i, 3)));
     }
     std::vector<int32_t> color, colorNormal, colorUv, colorNormalUv;
 };
+
+const std::string kColourSet = "Material:faceVertexColorSoMaterialSet IndexedFaceSet:SoIFSVertexColor";
 
 }  // namespace
 
@@ -69,24 +66,21 @@ TEST(Geometry, objectHoldsOneMaterialAndFaceSetPerKindAndSubfacesBehindAPolygonO
     db.pushSubface();
     face(db, p.colorNormal);
     db.popSubface();
-    db.pop().pop();
-    Converted c(db);
+    Converted c(db.pop().pop());
     SoNode* house = findNamed(c.root, "house");
-    ASSERT_NE(house, nullptr);
-    EXPECT_EQ(childNames(house),
-              (Names{"", "faceVertexColorSoMaterialSet", "SoIFSVertexColor", "faceVertexColorNormalSoMaterialSet",
-                     "SoIFSVertexColorNormal", "", "subFaceVertexColorNormalSoMaterialSet", "SoIFSVertexColorNormal",
-                     "faceVertexColorNormalUVSoMaterialSet", "SoIFSVertexColorNormalUV"}));
+    EXPECT_EQ(tree(house), "Separator:house[MaterialBinding " + kColourSet +
+                               " Material:faceVertexColorNormalSoMaterialSet IndexedFaceSet:SoIFSVertexColorNormal "
+                               "PolygonOffset Material:subFaceVertexColorNormalSoMaterialSet "
+                               "IndexedFaceSet:SoIFSVertexColorNormal Material:faceVertexColorNormalUVSoMaterialSet "
+                               "IndexedFaceSet:SoIFSVertexColorNormalUV]");
     EXPECT_EQ(childAs<SoMaterialBinding>(house, 0)->value.getValue(), SoMaterialBinding::PER_FACE_INDEXED);
     EXPECT_EQ(childAs<SoMaterial>(house, 1)->diffuseColor.getNum(), 2);
     auto* colourSet = childAs<SoIndexedFaceSet>(house, 2);
-    EXPECT_EQ(coordIndexOf(colourSet), (Ints{0, 1, 2, -1, 0, 1, 2, -1}));
-    EXPECT_EQ(materialIndexOf(colourSet), (Ints{0, 1}));
+    EXPECT_EQ(values(colourSet->coordIndex), (Ints{0, 1, 2, -1, 0, 1, 2, -1}));
+    EXPECT_EQ(values(colourSet->materialIndex), (Ints{0, 1}));
     EXPECT_EQ(colourSet->vertexProperty.getValue(), findNamed(c.root, "vertexColorProperty"));
-    auto* offset = childAs<SoPolygonOffset>(house, 5);
-    ASSERT_NE(offset, nullptr);
-    EXPECT_EQ(offset->factor.getValue(), -1.0f);
-    EXPECT_EQ(offset->units.getValue(), -30.0f);
+    EXPECT_EQ(childAs<SoPolygonOffset>(house, 5)->factor.getValue(), -1.0f);
+    EXPECT_EQ(childAs<SoPolygonOffset>(house, 5)->units.getValue(), -30.0f);
     EXPECT_TRUE(c.messages.empty());
 }
 
@@ -96,7 +90,7 @@ TEST(Geometry, objectsWithoutFacesAndLooseFacesUnderGroups)
     Palette p(db.header());
     db.push().group("g").push();
     db.object("first").push().pop();
-    db.object("empty");  // nothing below it: a named empty separator
+    db.object("empty");  // nothing below it, not even a push level
     db.pop();
     // Loose faces are converted as one run straight into the group, before the object that
     // ends the run.
@@ -109,50 +103,36 @@ TEST(Geometry, objectsWithoutFacesAndLooseFacesUnderGroups)
     // A face after a group without push level becomes its only child.
     db.group("single");
     face(db, p.color);
-    db.pop();
-    Converted c(db);
-    EXPECT_EQ(childNames(findNamed(c.root, "g")), (Names{"first", "empty"}));
-    EXPECT_EQ(childTypes(findNamed(c.root, "first")), Types{"MaterialBinding"});
-    EXPECT_EQ(childTypes(findNamed(c.root, "empty")), Types{});
+    Converted c(db.pop());
+    EXPECT_EQ(tree(findNamed(c.root, "g")), "Separator:g[Separator:first[MaterialBinding] Separator:empty]");
     SoNode* loose = findNamed(c.root, "loose");
-    EXPECT_EQ(childTypes(loose), (Types{"MaterialBinding", "Material", "IndexedFaceSet", "Separator"}));
-    EXPECT_EQ(coordIndexOf(childAs<SoIndexedFaceSet>(loose, 2)), (Ints{0, 1, 2, -1, 0, 1, 2, -1}));
-    EXPECT_EQ(childAs<SoNode>(loose, 3)->getName(), SbName("after"));
-    EXPECT_EQ(childTypes(findNamed(c.root, "single")), (Types{"MaterialBinding", "Material", "IndexedFaceSet"}));
+    EXPECT_EQ(tree(loose), "Separator:loose[MaterialBinding " + kColourSet + " Separator:after[MaterialBinding " +
+                               kColourSet + "]]");
+    EXPECT_EQ(values(childAs<SoIndexedFaceSet>(loose, 2)->coordIndex), (Ints{0, 1, 2, -1, 0, 1, 2, -1}));
+    EXPECT_EQ(tree(findNamed(c.root, "single")), "Separator:single[MaterialBinding " + kColourSet + "]");
     EXPECT_TRUE(c.messages.empty());
 }
 
-TEST(Geometry, faceMixingColourAndNormalKindsIsDroppedWithAWarning)
+TEST(Geometry, faceMixingVertexKindsIsDroppedUnlessAllAreTexturedThenCopiedIntoTheRichestProperty)
 {
     FltFixture db;
     Palette p(db.header());
     db.push().object("o").push();
     face(db, {p.color[0], p.color[1], p.colorNormal[0]});
-    db.pop().pop();
-    Converted c(db);
-    EXPECT_EQ(childTypes(findNamed(c.root, "o")), Types{"MaterialBinding"});
-    ASSERT_EQ(c.messages, Names{"WARNING ! Remove a face having heterogeneous vertices"});
-    EXPECT_EQ(c.levels, std::vector<int>{1});
-}
-
-TEST(Geometry, texturedFaceOfTwoKindsIsCopiedIntoTheRichestProperty)
-{
-    FltFixture db;
-    Palette p(db.header());
-    db.push().object("o").push();
     face(db, {p.colorUv[0], p.colorNormalUv[1], p.colorUv[2]});
-    db.pop().pop();
-    Converted c(db);
+    Converted c(db.pop().pop());
     SoNode* o = findNamed(c.root, "o");
-    ASSERT_EQ(childNames(o), (Names{"", "faceVertexColorNormalUVSoMaterialSet", "SoIFSVertexColorNormalUV"}));
+    EXPECT_EQ(tree(o), "Separator:o[MaterialBinding Material:faceVertexColorNormalUVSoMaterialSet "
+                       "IndexedFaceSet:SoIFSVertexColorNormalUV]");
+    EXPECT_EQ(c.messages, Names{"WARNING ! Remove a face having heterogeneous vertices"});
+    EXPECT_EQ(c.levels, std::vector<int>{1});
     // The two colour-and-texture vertices were appended after the three of the richest kind.
-    EXPECT_EQ(coordIndexOf(childAs<SoIndexedFaceSet>(o, 2)), (Ints{3, 1, 4, -1}));
+    EXPECT_EQ(values(childAs<SoIndexedFaceSet>(o, 2)->coordIndex), (Ints{3, 1, 4, -1}));
     auto* richest = static_cast<SoVertexProperty*>(findNamed(c.root, "vertexColorNormalUVProperty"));
     ASSERT_EQ(richest->vertex.getNum(), 5);
     EXPECT_EQ(richest->vertex[3], SbVec3f(0, 2, 0));
     EXPECT_EQ(richest->normal[4], SbVec3f(0, 0, 1));  // the average normal of the face's own vertices
     EXPECT_EQ(richest->orderedRGBA.getNum(), 0);      // emptied after every copy, as established
-    EXPECT_TRUE(c.messages.empty());
 }
 
 TEST(Geometry, faceSetsSplitByTexturePatternInAscendingOrder)
@@ -162,28 +142,23 @@ TEST(Geometry, faceSetsSplitByTexturePatternInAscendingOrder)
     Palette p(db);
     db.push().object("o").push();
     for (int16_t texture : {-1, 3, 3, -1, 5, 9}) face(db, p.colorUv, texture);
-    db.pop();
-    db.object("one").push();  // faces of one texture make one isolated face set
+    db.pop().object("one").push();  // faces of one texture make one isolated face set
     face(db, p.colorUv, 7);
     face(db, p.colorUv, 7);
-    db.pop().pop();
-    Converted c(db);
+    Converted c(db.pop().pop());
+    const std::string set = "IndexedFaceSet:SoIFSVertexColorUV", isolated = "Separator:isolateTexturesNodes[";
+    // A pattern missing from the palette (9) gets no texture node.
+    EXPECT_EQ(tree(findNamed(c.root, "o")), "Separator:o[MaterialBinding Material:faceVertexColorUVSoMaterialSet " +
+                                                set + " " + isolated + "Texture2 " + set + "] " + isolated +
+                                                "Texture2 " + set + "] " + isolated + set + "]]");
     SoNode* o = findNamed(c.root, "o");
-    ASSERT_EQ(childTypes(o), (Types{"MaterialBinding", "Material", "IndexedFaceSet", "Separator", "Separator",
-                                    "Separator"}));
-    EXPECT_EQ(materialIndexOf(childAs<SoIndexedFaceSet>(o, 2)), (Ints{0, 3}));
-    SoNode* three = childAs<SoNode>(o, 3);
-    EXPECT_EQ(three->getName(), SbName("isolateTexturesNodes"));
-    ASSERT_EQ(childTypes(three), (Types{"Texture2", "IndexedFaceSet"}));
-    EXPECT_EQ(childAs<SoTexture2>(three, 0)->filename.getValue(), SbString("tex/three.rgb"));
-    EXPECT_EQ(materialIndexOf(childAs<SoIndexedFaceSet>(three, 1)), (Ints{1, 2}));
+    std::vector<Ints> faces;  // the material entries, one per face, of each face set in order
+    for (SoIndexedFaceSet* set : findAll<SoIndexedFaceSet>(o)) faces.push_back(values(set->materialIndex));
+    EXPECT_EQ(faces, (std::vector<Ints>{{0, 3}, {1, 2}, {4}, {5}}));
+    EXPECT_EQ(childAs<SoTexture2>(childAs<SoNode>(o, 3), 0)->filename.getValue(), SbString("tex/three.rgb"));
     EXPECT_EQ(childAs<SoTexture2>(childAs<SoNode>(o, 4), 0)->filename.getValue(), SbString("five.rgb"));
-    EXPECT_EQ(materialIndexOf(childAs<SoIndexedFaceSet>(childAs<SoNode>(o, 4), 1)), (Ints{4}));
-    // A pattern missing from the palette gets no texture node.
-    EXPECT_EQ(childTypes(childAs<SoNode>(o, 5)), Types{"IndexedFaceSet"});
-    SoNode* one = findNamed(c.root, "one");
-    ASSERT_EQ(childTypes(one), (Types{"MaterialBinding", "Material", "Separator"}));
-    EXPECT_EQ(childTypes(childAs<SoNode>(one, 2)), (Types{"Texture2", "IndexedFaceSet"}));
+    EXPECT_EQ(tree(findNamed(c.root, "one")), "Separator:one[MaterialBinding Material:faceVertexColorUVSoMaterialSet " +
+                                                  isolated + "Texture2 " + set + "]]");
 }
 
 TEST(Geometry, oldColourVerticesMakeAFaceSetOnlyBesideColourNormalOnesAndPlainOldVerticesNone)
@@ -199,15 +174,12 @@ TEST(Geometry, oldColourVerticesMakeAFaceSetOnlyBesideColourNormalOnesAndPlainOl
     faceOfOldVertices(db, 9, 32);
     faceOfOldVertices(db, 8, 20);
     faceOfOldVertices(db, 7, 16);
-    db.pop();
-    db.object("alone").push();
+    db.pop().object("alone").push();
     faceOfOldVertices(db, 8, 20);
-    db.pop().pop();
-    Converted c(db);
-    SoNode* o = findNamed(c.root, "o");
-    ASSERT_EQ(childNames(o), (Names{"", "OLD_VERTEX_COLOR_NORMAL", "OLD_VERTEX_COLOR"}));
-    auto* colourNormal = childAs<SoIndexedFaceSet>(o, 1);
-    EXPECT_EQ(coordIndexOf(colourNormal), (Ints{0, 1, 2, -1}));
+    Converted c(db.pop().pop());
+    EXPECT_EQ(hierarchy(c), "Separator:o[MaterialBinding IndexedFaceSet:OLD_VERTEX_COLOR_NORMAL "
+                            "IndexedFaceSet:OLD_VERTEX_COLOR] Separator:alone[MaterialBinding]");
+    auto* colourNormal = childAs<SoIndexedFaceSet>(hierarchyChild(c, 0), 1);
+    EXPECT_EQ(values(colourNormal->coordIndex), (Ints{0, 1, 2, -1}));
     EXPECT_EQ(static_cast<SoVertexProperty*>(colourNormal->vertexProperty.getValue())->vertex[2], SbVec3f(2, 1, 2));
-    EXPECT_EQ(childTypes(findNamed(c.root, "alone")), Types{"MaterialBinding"});
 }

@@ -36,22 +36,14 @@ FltFixture switchOverChildren(int32_t currentMask, int32_t wordsPerMask, const s
     return db;
 }
 
-// The wrappers under the first converted node, "1" for on and "0" for off, in order.
-std::string wrapperStates(const Converted& c)
+// The wrappers under a converted switch, "1" for on and "0" for off, in order.
+std::string wrapperStates(SoNode* node)
 {
     std::string states;
-    auto* group = dynamic_cast<SoGroup*>(hierarchyChild(c, 0));
+    auto* group = dynamic_cast<SoGroup*>(node);
     for (int i = 0; group && i < group->getNumChildren(); ++i)
         if (auto* wrapper = childAs<SoSwitch>(group, i))
             states += wrapper->whichChild.getValue() == SO_SWITCH_ALL ? '1' : '0';
-    return states;
-}
-
-// n children, those listed on.
-std::string onAt(int n, std::initializer_list<int> on)
-{
-    std::string states(n, '0');
-    for (int i : on) states[i] = '1';
     return states;
 }
 
@@ -70,50 +62,46 @@ std::vector<uint32_t> lastWord(size_t n, uint32_t last)
 TEST(LevelOfDetail, rangesCentresLabelsAndContent)
 {
     FltFixture db;
-    db.header();
-    db.vertexPalette();
+    db.header().vertexPalette();
     const int a = db.vertexColor(2, 4, 6), b = db.vertexColor(4, 4, 6), d = db.vertexColor(4, 8, 6);
     db.push();
     db.lod("l1", 1000, 10, 1, 2, 3).push().group("g").push().pop().pop();
     // Ancillary records apply to the content; a centre almost zero is the file's own.
-    db.lod("l2", 100, 0, 0, 0, 0.001).longId("far_away_detail").translationMatrix(5, 0, 0).push().pop();
+    db.lod("l2", 100, 0, 0, 0, 0.001).longId("far").translationMatrix(5, 0, 0).push().pop();
     // A zero centre is the content's bounding box centre, the origin when it is empty.
     db.lod("l3", 100, 0).push().object("o").push().face().push().vertexList({a, b, d}).pop().pop().pop();
     db.lod("l4", 100, 0).push().pop();
+    // The old LOD is widened into the same nodes; its unsigned distances stay positive.
     db.oldLod("old", 4000000000u, 20, -1, 2, 3).push().group("h").push().pop().pop();
-    db.pop();
-    Converted c(db);
+    Converted c(db.pop());
+    struct Row {
+        const char* name;
+        std::string content;
+        float in, out;
+        SbVec3f centre;
+    };
+    const Row rows[] = {
+        {"l1", "Separator:l1[Separator:g]", 1000, 10, {1, 2, 3}},
+        {"l2", "Separator:far[MatrixTransform]", 100, 0, {0, 0, 0.001f}},
+        {"l3", "Separator:l3[Separator:o[MaterialBinding Material:faceVertexColorSoMaterialSet "
+               "IndexedFaceSet:SoIFSVertexColor]]", 100, 0, {3, 6, 6}},
+        {"l4", "Separator:l4", 100, 0, {0, 0, 0}},
+        {"old", "Separator:old[Separator:h]", 4000000000.0f, 20, {-1, 2, 3}},
+    };
     const std::vector<SoLOD*> lods = findAll<SoLOD>(c.root);
     ASSERT_EQ(lods.size(), 5u);
-    auto lod = [&](int i) { return lods[i]; };
     for (int i = 0; i < 5; ++i) {
-        ASSERT_EQ(childTypes(lod(i)), (Types{"Label", "Separator", "Label"})) << i;
+        EXPECT_EQ(tree(lods[i]), "LOD:" + std::string(rows[i].name) + "[Label " + rows[i].content + " Label]");
+        ASSERT_EQ(lods[i]->range.getNum(), 2);
+        EXPECT_EQ(lods[i]->range[0], rows[i].out) << i;
+        EXPECT_EQ(lods[i]->range[1], rows[i].in) << i;
+        EXPECT_EQ(lods[i]->center.getValue(), rows[i].centre) << i;
         // The two labels are the converter's shared nodes, under every LOD.
-        EXPECT_EQ(lod(i)->getChild(0), lod(0)->getChild(0));
-        EXPECT_EQ(lod(i)->getChild(2), lod(0)->getChild(2));
+        EXPECT_EQ(lods[i]->getChild(0), lods[0]->getChild(0));
+        EXPECT_EQ(lods[i]->getChild(2), lods[0]->getChild(2));
     }
-    EXPECT_EQ(lod(0)->getName(), SbName("l1"));
-    ASSERT_EQ(lod(0)->range.getNum(), 2);
-    EXPECT_EQ(lod(0)->range[0], 10.0f);
-    EXPECT_EQ(lod(0)->range[1], 1000.0f);
-    EXPECT_EQ(lod(0)->center.getValue(), SbVec3f(1, 2, 3));
-    EXPECT_EQ(childAs<SoLabel>(lod(0), 0)->label.getValue(), SbName("MinRangeLimitForLOD"));
-    EXPECT_EQ(childAs<SoLabel>(lod(0), 2)->label.getValue(), SbName("MaxRangeLimitForLOD"));
-    EXPECT_EQ(lod(0)->getChild(1)->getName(), SbName("l1"));
-    EXPECT_EQ(childNames(lod(0)->getChild(1)), (Names{"g"}));
-
-    EXPECT_EQ(lod(1)->getName(), SbName("l2"));
-    EXPECT_EQ(lod(1)->getChild(1)->getName(), SbName("far_away_detail"));
-    EXPECT_EQ(childTypes(lod(1)->getChild(1)), (Types{"MatrixTransform"}));
-    EXPECT_EQ(lod(1)->center.getValue(), SbVec3f(0, 0, 0.001f));
-    EXPECT_EQ(lod(2)->center.getValue(), SbVec3f(3, 6, 6));
-    EXPECT_EQ(lod(3)->center.getValue(), SbVec3f(0, 0, 0));
-    // The old LOD is widened into the same nodes; its unsigned distances stay positive.
-    EXPECT_EQ(lod(4)->getName(), SbName("old"));
-    EXPECT_EQ(lod(4)->range[0], 20.0f);
-    EXPECT_EQ(lod(4)->range[1], 4000000000.0f);
-    EXPECT_EQ(lod(4)->center.getValue(), SbVec3f(-1, 2, 3));
-    EXPECT_EQ(childNames(lod(4)->getChild(1)), (Names{"h"}));
+    EXPECT_EQ(childAs<SoLabel>(lods[0], 0)->label.getValue(), SbName("MinRangeLimitForLOD"));
+    EXPECT_EQ(childAs<SoLabel>(lods[0], 2)->label.getValue(), SbName("MaxRangeLimitForLOD"));
     EXPECT_TRUE(c.messages.empty());
 }
 
@@ -125,17 +113,14 @@ TEST(Switch, separatorInfoAndOneWrapperPerChildOnByTheMaskBit)
     db.header().push();
     db.switchNode("sw", 0, 1, {0x00000005}).push();
     for (const char* name : {"a", "b", "c"}) db.group(name).push().pop();
-    db.pop().pop();
-    Converted c(db);
-    SoNode* sw = hierarchyChild(c, 0);
+    Converted c(db.pop().pop());
     // Coin keeps the parentheses of the name.
-    EXPECT_EQ(sw->getName(), SbName("sw_(flt_switch)"));
-    ASSERT_EQ(childTypes(sw), (Types{"Info", "Switch", "Switch", "Switch"}));
-    EXPECT_EQ(childNames(sw), (Names{"SoInfo_child_of_FLT_switch", "child_of_sw_(flt_switch)",
-                                     "child_of_sw_(flt_switch)", "child_of_sw_(flt_switch)"}));
-    EXPECT_EQ(infoOf(sw), "Current Mask:0 NumberOfWordsPerMask:1 numberOfMasks:1 Switch Masks:" + bitsOf(5));
-    EXPECT_EQ(wrapperStates(c), "101");
-    EXPECT_EQ(childNames(childAs<SoSwitch>(sw, 2)), (Names{"b"}));
+    const std::string wrapper = "Switch:child_of_sw_(flt_switch)";
+    EXPECT_EQ(hierarchy(c), "Separator:sw_(flt_switch)[Info:SoInfo_child_of_FLT_switch " + wrapper + "[Separator:a] " +
+                                wrapper + "[Separator:b] " + wrapper + "[Separator:c]]");
+    EXPECT_EQ(infoOf(hierarchyChild(c, 0)),
+              "Current Mask:0 NumberOfWordsPerMask:1 numberOfMasks:1 Switch Masks:" + bitsOf(5));
+    EXPECT_EQ(wrapperStates(hierarchyChild(c, 0)), "101");
     EXPECT_TRUE(c.messages.empty());
 }
 
@@ -150,7 +135,7 @@ TEST(Switch, maskRuleOverMasksWordsAndHeaderValues)
     const Case cases[] = {
         {"the current mask among several", 1, 1, {0x1, 0x6, 0x0}, "0110"},
         // Children 0 to 31 read the second word, from its least significant bit; 32 on the first.
-        {"several words per mask", 0, 2, {0x00000001, 0x80000002}, onAt(34, {1, 31, 32})},
+        {"several words per mask", 0, 2, {0x00000001, 0x80000002}, "01" + std::string(29, '0') + "110"},
         // switchMaskShorterThanChildren_headerElementsThenOff: past the mask the rule reads
         // back into the header, numberOfMasks (1) turning child 33 on and the words per mask
         // (1) child 35; everything before the list's start is off.
@@ -161,12 +146,12 @@ TEST(Switch, maskRuleOverMasksWordsAndHeaderValues)
         {"current mask 104", 104, 1, lastWord(105, 0xFFFFFFFF), "00"},
         // Eleven and ten words per mask are read right: the misread digit stays in the header.
         {"current mask 11", 11, 1, lastWord(12, 0x2), "01"},
-        {"ten words per mask", 0, 10, {0, 0, 0, 0, 0, 0, 0, 0, 1, 1}, onAt(33, {0, 32})},
+        {"ten words per mask", 0, 10, {0, 0, 0, 0, 0, 0, 0, 0, 1, 1}, "1" + std::string(31, '0') + "1"},
     };
     for (const Case& k : cases) {
         FltFixture db = switchOverChildren(k.currentMask, k.wordsPerMask, k.words, static_cast<int>(k.states.size()));
         Converted c(db);
-        EXPECT_EQ(wrapperStates(c), k.states) << k.what;
+        EXPECT_EQ(wrapperStates(hierarchyChild(c, 0)), k.states) << k.what;
         EXPECT_TRUE(c.messages.empty()) << k.what;
     }
 }
@@ -182,7 +167,7 @@ TEST(Switch, countsClaimingMoreWordsThanTheRecordHoldsPrintOnlyThoseHeld)
     EXPECT_EQ(infoOf(hierarchyChild(c, 0)),
               "Current Mask:0 NumberOfWordsPerMask:1000 numberOfMasks:4 Switch Masks:" + bitsOf(0x3));
     // Child n reads far beyond the one word printed: off.
-    EXPECT_EQ(wrapperStates(c), "00");
+    EXPECT_EQ(wrapperStates(hierarchyChild(c, 0)), "00");
 }
 
 TEST(Switch, aGroupNamedLikeASwitchWrapsItsChildrenAndReportsTheMissingInfo)
@@ -191,13 +176,10 @@ TEST(Switch, aGroupNamedLikeASwitchWrapsItsChildrenAndReportsTheMissingInfo)
     db.header().push();
     db.group("g").longId("not_a_flt_switch").push();
     db.group("a").push().pop().group("b").push().pop();
-    db.pop().pop();
-    Converted c(db);
-    SoNode* g = hierarchyChild(c, 0);
-    EXPECT_EQ(childTypes(g), (Types{"Switch", "Switch"}));
-    EXPECT_EQ(childNames(g), (Names{"child_of_not_a_flt_switch", "child_of_not_a_flt_switch"}));
-    EXPECT_EQ(childNames(childAs<SoSwitch>(g, 1)), (Names{"b"}));
-    EXPECT_EQ(wrapperStates(c), "00");
+    Converted c(db.pop().pop());
+    EXPECT_EQ(hierarchy(c), "Separator:not_a_flt_switch[Switch:child_of_not_a_flt_switch[Separator:a] "
+                            "Switch:child_of_not_a_flt_switch[Separator:b]]");
+    EXPECT_EQ(wrapperStates(hierarchyChild(c, 0)), "00");
     const std::string missing = "ERROR ! SoInfo with switch properties not found";
     EXPECT_EQ(c.messages, (Names{missing, missing}));
     EXPECT_EQ(c.levels, (std::vector<int>{3, 3}));
@@ -210,15 +192,12 @@ TEST(Switch, nestedSwitchesEachKeepTheirOwnCount)
     db.header().push();
     db.switchNode("out", 0, 1, {0x2}).push();
     db.switchNode("in", 0, 1, {0x1}).push().text("x").text("y").pop();
-    db.text("z");
-    db.pop().pop();
-    Converted c(db);
-    EXPECT_EQ(wrapperStates(c), "01");
-    SoNode* inner = childAs<SoSwitch>(hierarchyChild(c, 0), 1)->getChild(0);
-    EXPECT_EQ(inner->getName(), SbName("in_(flt_switch)"));
-    ASSERT_EQ(childTypes(inner), (Types{"Info", "Switch", "Switch"}));
-    EXPECT_EQ(childAs<SoSwitch>(inner, 1)->whichChild.getValue(), SO_SWITCH_ALL);
-    EXPECT_EQ(childAs<SoSwitch>(inner, 2)->whichChild.getValue(), SO_SWITCH_NONE);
+    Converted c(db.text("z").pop().pop());
+    EXPECT_EQ(wrapperStates(hierarchyChild(c, 0)), "01");
+    SoNode* inner = findNamed(c.root, "in_(flt_switch)");
+    EXPECT_EQ(tree(inner), "Separator:in_(flt_switch)[Info:SoInfo_child_of_FLT_switch Switch:child_of_in_(flt_switch)"
+                           "[Separator:x] Switch:child_of_in_(flt_switch)[Separator:y]]");
+    EXPECT_EQ(wrapperStates(inner), "10");
 }
 
 TEST(Switch, hundredThousandChildrenUnderALongMaskConvertInLinearTime)
@@ -243,7 +222,7 @@ TEST(Switch, hundredThousandChildrenUnderALongMaskConvertInLinearTime)
     std::string expected(kChildren, '0');
     for (int n = 0; n < kChildren; ++n)
         if ((static_cast<uint32_t>(n / 32) >> (n % 32)) & 1u) expected[n] = '1';
-    EXPECT_TRUE(wrapperStates(c) == expected);
+    EXPECT_TRUE(wrapperStates(hierarchyChild(c, 0)) == expected);
     // A rule that rescans the children or reparses the mask per child needs hours here.
     EXPECT_LT(seconds, 120.0);
 }
@@ -255,13 +234,7 @@ TEST(DegreeOfFreedom, separatorWithItsMatrixAheadOfTheChildren)
     FltFixture db;
     db.header().push();
     db.dof("arm").translationMatrix(1, 2, 3).push().group("hand").push().pop().pop();
-    db.dof("bare").push().pop();
-    Converted c(db.pop());
-    SoNode* arm = hierarchyChild(c, 0);
-    EXPECT_EQ(arm->getTypeId(), SoSeparator::getClassTypeId());
-    EXPECT_EQ(childNames(c.root), (Names{"", "", "", "arm", "bare"}));
-    ASSERT_EQ(childTypes(arm), (Types{"MatrixTransform", "Separator"}));
-    EXPECT_EQ(childAs<SoMatrixTransform>(arm, 0)->matrix.getValue()[3][0], 1.0f);
-    EXPECT_EQ(childNames(arm)[1], "hand");
-    EXPECT_EQ(childTypes(hierarchyChild(c, 1)), Types{});
+    Converted c(db.dof("bare").push().pop().pop());
+    EXPECT_EQ(hierarchy(c), "Separator:arm[MatrixTransform Separator:hand] Separator:bare");
+    EXPECT_EQ(childAs<SoMatrixTransform>(hierarchyChild(c, 0), 0)->matrix.getValue()[3][0], 1.0f);
 }

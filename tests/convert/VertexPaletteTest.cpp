@@ -65,11 +65,11 @@ TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnPropertyAndTheOffsetMapFinds
     HeldConversion h(db);
     ASSERT_EQ(h.status, 0);
 
-    auto* palette = dynamic_cast<SoSwitch*>(findNamed(h.root, "vertexPropertyPalette"));
-    ASSERT_NE(palette, nullptr);
-    EXPECT_EQ(palette->whichChild.getValue(), SO_SWITCH_NONE);
-    EXPECT_EQ(childNames(palette), (Names{"vertexColorProperty", "vertexColorNormalProperty", "vertexColorUVProperty",
-                                          "vertexColorNormalUVProperty"}));
+    SoNode* palette = findNamed(h.root, "vertexPropertyPalette");
+    EXPECT_EQ(tree(palette), "Switch:vertexPropertyPalette[VertexProperty:vertexColorProperty "
+                             "VertexProperty:vertexColorNormalProperty VertexProperty:vertexColorUVProperty "
+                             "VertexProperty:vertexColorNormalUVProperty]");
+    EXPECT_EQ(static_cast<SoSwitch*>(palette)->whichChild.getValue(), SO_SWITCH_NONE);
     SoVertexProperty* colour = h.property("vertexColorProperty");
     ASSERT_EQ(colour->vertex.getNum(), 1);
     EXPECT_EQ(colour->vertex[0], SbVec3f(1, 2, 3));
@@ -81,12 +81,11 @@ TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnPropertyAndTheOffsetMapFinds
     EXPECT_EQ(h.property("vertexColorNormalProperty")->normal[0], SbVec3f(0, 1, 0));
     EXPECT_EQ(h.property("vertexColorUVProperty")->texCoord[0], SbVec2f(0.5f, 0.125f));
 
-    for (uint64_t offset : {8u, 48u, 104u, 168u}) EXPECT_EQ(h.converter.getIndexVertexFromOffset(offset), 0);
-    EXPECT_EQ(h.converter.getSizeVertexFromOffset(48), 56);
+    // Each offset finds its vertex's property and size; an offset no vertex occupies, nothing.
+    EXPECT_EQ(h.converter.getSoVertexPropertyFromOffset(48), h.property("vertexColorNormalProperty"));
     EXPECT_EQ(h.converter.getSoVertexPropertyFromOffset(168), h.property("vertexColorUVProperty"));
-    // An offset no vertex occupies answers nothing.
+    EXPECT_EQ(h.converter.getSizeVertexFromOffset(104), 64);
     EXPECT_EQ(h.converter.getSoVertexPropertyFromOffset(12), nullptr);
-    EXPECT_EQ(h.converter.getIndexVertexFromOffset(12), 0);
     EXPECT_EQ(h.converter.getSizeVertexFromOffset(12), 0);
 }
 
@@ -97,15 +96,12 @@ TEST(VertexPalette, thePaletteSwitchHoldsOnlyTheKindsPresentAndIsLeftOutWhenEmpt
     db.vertexColorNormal(at(0, 0, 0));
     db.vertexColorNormal(at(1, 0, 0));
     Converted c(db.push().pop());
-    SoNode* palette = findNamed(c.root, "vertexPropertyPalette");
-    ASSERT_NE(palette, nullptr);
-    EXPECT_EQ(childNames(palette), Names{"vertexColorNormalProperty"});
     // The palette switch follows the header's nodes under the root.
-    EXPECT_EQ(childAs<SoSwitch>(c.root, kHeaderChildren), palette);
+    EXPECT_EQ(hierarchy(c), "Switch:vertexPropertyPalette[VertexProperty:vertexColorNormalProperty]");
 
     FltFixture empty;
     Converted e(empty.header().vertexPalette().push().pop());
-    EXPECT_EQ(findNamed(e.root, "vertexPropertyPalette"), nullptr);
+    EXPECT_EQ(hierarchy(e), "");
 }
 
 TEST(VertexPalette, vertexColoursFollowFlagsPackedColoursAndIndices)

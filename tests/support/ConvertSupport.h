@@ -141,3 +141,25 @@ constexpr int kHeaderChildren = 3;
 
 // A child of the root after the header's nodes, by position.
 inline SoNode* hierarchyChild(const Converted& c, int index) { return childAs<SoNode>(c.root, kHeaderChildren + index); }
+
+// A subtree as text: each node as its type, then ":name" when it has one, then its children
+// in brackets, e.g. "Separator:g[Separator:a Switch:w[Separator:b] Info]".
+inline std::string tree(SoNode* node)
+{
+    if (!node) return "null";
+    std::string text = node->getTypeId().getName().getString();
+    if (node->getName().getLength() > 0) text += std::string(":") + node->getName().getString();
+    auto* group = dynamic_cast<SoGroup*>(node);
+    if (!group || group->getNumChildren() == 0) return text;
+    for (int i = 0; i < group->getNumChildren(); ++i) text += (i ? " " : "[") + tree(group->getChild(i));
+    return text + "]";
+}
+
+// What a conversion built below its root's header nodes, as trees one after the other.
+inline std::string hierarchy(const Converted& c)
+{
+    std::string text;
+    for (int i = kHeaderChildren; i < c.root->getNumChildren(); ++i)
+        text += (text.empty() ? "" : " ") + tree(c.root->getChild(i));
+    return text;
+}
