@@ -36,27 +36,22 @@ struct Face {
 
 // One face of colour-only vertices, after a colour palette whose entry 5 is (0.4, 0.6, 1.0)
 // and a material 2 of diffuse (0.5, 0.25, 1.0), half that ambient, shininess 64 of 128 and
-// alpha 0.25; and the material node of its face set.
-struct FaceMaterial {
-    explicit FaceMaterial(const Face& s)
-    {
-        FltFixture db;
-        db.header(s.revision, 0, s.headerFlags);
-        std::vector<uint32_t> colors(1024, 0);
-        colors[5] = 0xFFFF9966u;  // alpha, blue, green, red
-        const float diffuse[3] = {0.5f, 0.25f, 1.0f};
-        db.colorPalette(colors).material(2, diffuse, 64.0f, 0.25f).vertexPalette();
-        const int32_t a = db.vertexColor(0, 0, 0), b = db.vertexColor(1, 0, 0), c = db.vertexColor(0, 1, 0);
-        db.push();
-        if (s.objectTransparency >= 0) db.object("o", static_cast<uint16_t>(s.objectTransparency)).push();
-        db.face(s.face).push().vertexList({a, b, c}).pop();
-        if (s.objectTransparency >= 0) db.pop();
-        converted = std::make_unique<Converted>(db.pop());
-        material = static_cast<SoMaterial*>(findNamed(converted->root, "faceVertexColorSoMaterialSet"));
-    }
-    std::unique_ptr<Converted> converted;
-    SoMaterial* material = nullptr;
-};
+// alpha 0.25.
+FltFixture database(const Face& s)
+{
+    FltFixture db;
+    db.header(s.revision, 0, s.headerFlags);
+    std::vector<uint32_t> colors(1024, 0);
+    colors[5] = 0xFFFF9966u;  // alpha, blue, green, red
+    const float diffuse[3] = {0.5f, 0.25f, 1.0f};
+    db.colorPalette(colors).material(2, diffuse, 64.0f, 0.25f).vertexPalette();
+    const int32_t a = db.vertexColor(0, 0, 0), b = db.vertexColor(1, 0, 0), c = db.vertexColor(0, 1, 0);
+    db.push();
+    if (s.objectTransparency >= 0) db.object("o", static_cast<uint16_t>(s.objectTransparency)).push();
+    db.face(s.face).push().vertexList({a, b, c}).pop();
+    if (s.objectTransparency >= 0) db.pop();
+    return db.pop();
+}
 
 // Expected values of kUnchecked are not checked.
 void expectNear(float actual, float expected, const char* what)
@@ -116,16 +111,18 @@ TEST(FaceMaterial, colourAndMaterialCasesGiveTheirEntry)
          kUnchecked, 0},
     };
     for (const Case& k : cases) {
-        FaceMaterial f(k.setup);
-        ASSERT_NE(f.material, nullptr) << k.what;
+        FltFixture db = database(k.setup);
+        Converted c(db);
+        auto* material = static_cast<SoMaterial*>(findNamed(c.root, "faceVertexColorSoMaterialSet"));
+        ASSERT_NE(material, nullptr) << k.what;
         // One face, one entry, or Inventor's one default entry where nothing was written.
-        EXPECT_EQ(f.material->diffuseColor.getNum(), 1) << k.what;
-        EXPECT_EQ(f.material->transparency.getNum(), 1) << k.what;
-        expectColor(f.material->diffuseColor[0], k.diffuse, k.what);
-        expectColor(f.material->ambientColor[0], k.ambient, k.what);
-        expectNear(f.material->shininess[0], k.shininess, k.what);
-        expectNear(f.material->transparency[0], k.transparency, k.what);
-        const bool badIndex = f.converted->log().find("\nbad color index\n") != std::string::npos;
+        EXPECT_EQ(material->diffuseColor.getNum(), 1) << k.what;
+        EXPECT_EQ(material->transparency.getNum(), 1) << k.what;
+        expectColor(material->diffuseColor[0], k.diffuse, k.what);
+        expectColor(material->ambientColor[0], k.ambient, k.what);
+        expectNear(material->shininess[0], k.shininess, k.what);
+        expectNear(material->transparency[0], k.transparency, k.what);
+        const bool badIndex = c.log().find("\nbad color index\n") != std::string::npos;
         EXPECT_EQ(badIndex, k.setup.face.primaryColorIndex == -1) << k.what;
     }
 }

@@ -9,6 +9,8 @@
 #include <Inventor/nodes/SoSwitch.h>
 
 #include <chrono>
+#include <set>
+#include <sstream>
 
 #include "ConvertSupport.h"
 
@@ -74,34 +76,28 @@ TEST(LevelOfDetail, rangesCentresLabelsAndContent)
     // The old LOD is widened into the same nodes; its unsigned distances stay positive.
     db.oldLod("old", 4000000000u, 20, -1, 2, 3).push().group("h").push().pop().pop();
     Converted c(db.pop());
-    struct Row {
-        const char* name;
-        std::string content;
-        float in, out;
-        SbVec3f centre;
-    };
-    const Row rows[] = {
-        {"l1", "Separator:l1[Separator:g]", 1000, 10, {1, 2, 3}},
-        {"l2", "Separator:far[MatrixTransform]", 100, 0, {0, 0, 0.001f}},
-        {"l3", "Separator:l3[Separator:o[MaterialBinding Material:faceVertexColorSoMaterialSet "
-               "IndexedFaceSet:SoIFSVertexColor]]", 100, 0, {3, 6, 6}},
-        {"l4", "Separator:l4", 100, 0, {0, 0, 0}},
-        {"old", "Separator:old[Separator:h]", 4000000000.0f, 20, {-1, 2, 3}},
-    };
-    const std::vector<SoLOD*> lods = findAll<SoLOD>(c.root);
-    ASSERT_EQ(lods.size(), 5u);
-    for (int i = 0; i < 5; ++i) {
-        EXPECT_EQ(tree(lods[i]), "LOD:" + std::string(rows[i].name) + "[Label " + rows[i].content + " Label]");
-        ASSERT_EQ(lods[i]->range.getNum(), 2);
-        EXPECT_EQ(lods[i]->range[0], rows[i].out) << i;
-        EXPECT_EQ(lods[i]->range[1], rows[i].in) << i;
-        EXPECT_EQ(lods[i]->center.getValue(), rows[i].centre) << i;
-        // The two labels are the converter's shared nodes, under every LOD.
-        EXPECT_EQ(lods[i]->getChild(0), lods[0]->getChild(0));
-        EXPECT_EQ(lods[i]->getChild(2), lods[0]->getChild(2));
+    Names lods;
+    std::set<SoNode*> labels;
+    for (SoLOD* lod : findAll<SoLOD>(c.root)) {
+        std::ostringstream text;
+        text << tree(lod) << " ranges";
+        for (int i = 0; i < lod->range.getNum(); ++i) text << " " << lod->range[i];
+        const SbVec3f centre = lod->center.getValue();
+        text << " centre " << centre[0] << " " << centre[1] << " " << centre[2];
+        lods.push_back(text.str());
+        labels.insert(lod->getChild(0)), labels.insert(lod->getChild(2));
     }
-    EXPECT_EQ(childAs<SoLabel>(lods[0], 0)->label.getValue(), SbName("MinRangeLimitForLOD"));
-    EXPECT_EQ(childAs<SoLabel>(lods[0], 2)->label.getValue(), SbName("MaxRangeLimitForLOD"));
+    EXPECT_EQ(lods, (Names{"LOD:l1[Label Separator:l1[Separator:g] Label] ranges 10 1000 centre 1 2 3",
+                           "LOD:l2[Label Separator:far[MatrixTransform] Label] ranges 0 100 centre 0 0 0.001",
+                           "LOD:l3[Label Separator:l3[Separator:o[MaterialBinding Material:faceVertexColorSoMaterialSet "
+                           "IndexedFaceSet:SoIFSVertexColor]] Label] ranges 0 100 centre 3 6 6",
+                           "LOD:l4[Label Separator:l4 Label] ranges 0 100 centre 0 0 0",
+                           "LOD:old[Label Separator:old[Separator:h] Label] ranges 20 4e+09 centre -1 2 3"}));
+    // The two labels are the converter's shared nodes, under every LOD.
+    ASSERT_EQ(labels.size(), 2u);
+    SoLOD* first = findAll<SoLOD>(c.root).at(0);
+    EXPECT_EQ(childAs<SoLabel>(first, 0)->label.getValue(), SbName("MinRangeLimitForLOD"));
+    EXPECT_EQ(childAs<SoLabel>(first, 2)->label.getValue(), SbName("MaxRangeLimitForLOD"));
     EXPECT_TRUE(c.messages.empty());
 }
 

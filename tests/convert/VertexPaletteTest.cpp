@@ -87,19 +87,8 @@ TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnPropertyAndTheOffsetMapFinds
     EXPECT_EQ(h.converter.getSizeVertexFromOffset(104), 64);
     EXPECT_EQ(h.converter.getSoVertexPropertyFromOffset(12), nullptr);
     EXPECT_EQ(h.converter.getSizeVertexFromOffset(12), 0);
-}
 
-TEST(VertexPalette, thePaletteSwitchHoldsOnlyTheKindsPresentAndIsLeftOutWhenEmpty)
-{
-    FltFixture db;
-    db.header().vertexPalette();
-    db.vertexColorNormal(at(0, 0, 0));
-    db.vertexColorNormal(at(1, 0, 0));
-    Converted c(db.push().pop());
-    // The palette switch follows the header's nodes under the root.
-    EXPECT_EQ(hierarchy(c), "Switch:vertexPropertyPalette[VertexProperty:vertexColorNormalProperty]");
-
-    FltFixture empty;
+    FltFixture empty;  // an empty palette adds no switch
     Converted e(empty.header().vertexPalette().push().pop());
     EXPECT_EQ(hierarchy(e), "");
 }
@@ -139,6 +128,9 @@ TEST(VertexPalette, vertexColoursFollowFlagsPackedColoursAndIndices)
     }
     db.push().pop();
     HeldConversion h(db);
+    // The palette switch, after the header's nodes, holds only the kinds present.
+    EXPECT_EQ(tree(h.root->getChild(kHeaderChildren)), "Switch:vertexPropertyPalette[VertexProperty:vertexColorProperty "
+                                                       "VertexProperty:vertexColorNormalUVProperty]");
     SoVertexProperty* colour = h.property("vertexColorProperty");
     SoVertexProperty* richest = h.property("vertexColorNormalUVProperty");
     ASSERT_EQ(colour->orderedRGBA.getNum(), 6);
@@ -148,32 +140,23 @@ TEST(VertexPalette, vertexColoursFollowFlagsPackedColoursAndIndices)
         EXPECT_EQ((row.richest ? richest : colour)->orderedRGBA[n[row.richest]++], row.rgba) << row.what;
 }
 
-TEST(VertexPalette, the100001stVertexGrowsThePropertyTo150100Entries)
+TEST(VertexPalette, the100001stVertexGrowsItsPropertyAndColourOnlyPositionsGoToAnotherPropertysArray)
 {
+    // Before the first push level nothing is trimmed: the fields have grown once, to 1.5 x
+    // 100000 + 100 entries. After that growth, positions of colour-only vertices continue in
+    // the vertex array of the colour-and-texture property: kept on purpose. Here that array
+    // is empty, so the positions are dropped and the vertices stay at the origin.
     FltFixture db;
     db.header().vertexPalette();
     for (int i = 0; i <= 100000; ++i) db.vertexColorNormalUv(at(i, 0, 0));
+    for (int i = 0; i <= 100001; ++i) db.vertexColor(at(1, 1, 1));
     HeldConversion h(db);
-    // Before the first push level nothing is trimmed: the fields have grown once.
     SoVertexProperty* richest = h.converter.getVertexPropertyFromIntId(VERTEX_COLOR_NORMAL_UV_PROPERTY_ID);
     EXPECT_EQ(richest->vertex.getNum(), 150100);
     EXPECT_EQ(richest->texCoord.getNum(), 150100);
     EXPECT_EQ(richest->vertex[100000], SbVec3f(100000, 0, 0));
     EXPECT_EQ(h.converter.getIndexVertexFromOffset(8 + 64 * 100000), 100000);
-}
-
-TEST(VertexPalette, colourOnlyPositionsPastTheFirst100000GoToAnotherPropertysArray)
-{
-    // After the first growth, positions of colour-only vertices continue in the vertex array
-    // of the colour-and-texture property: kept on purpose. Here that array is too short, so
-    // the positions are dropped and the vertices stay at the origin.
-    FltFixture db;
-    db.header().vertexPalette();
-    for (int i = 0; i <= 100001; ++i) db.vertexColor(at(1, 1, 1));
-    db.push().pop();
-    HeldConversion h(db);
-    SoVertexProperty* colour = h.property("vertexColorProperty");
-    ASSERT_EQ(colour->vertex.getNum(), 100002);
+    SoVertexProperty* colour = h.converter.getVertexPropertyFromIntId(VERTEX_COLOR_PROPERTY_ID);
     EXPECT_EQ(colour->vertex[99999], SbVec3f(1, 1, 1));
     EXPECT_EQ(colour->vertex[100000], SbVec3f(0, 0, 0));
     EXPECT_EQ(colour->vertex[100001], SbVec3f(0, 0, 0));
