@@ -11,7 +11,6 @@ namespace {
 constexpr int32_t kNoColor = 0x40000000;
 constexpr int32_t kPackedColor = 0x10000000;
 constexpr int32_t kPackedMode = 0x40000000;  // of the header's flags
-constexpr float kUnchecked = -1;
 
 // The face and what surrounds it: an object of this transparency (no object when negative)
 // in a database of this revision and header flags.
@@ -53,16 +52,8 @@ FltFixture database(const Face& s)
     return db.pop();
 }
 
-// Expected values of kUnchecked are not checked.
-void expectNear(float actual, float expected, const char* what)
-{
-    if (expected == kUnchecked) return;
-    EXPECT_NEAR(actual, expected, 1e-5) << what;
-}
-
 void expectColor(const SbColor& actual, const SbColor& expected, const char* what)
 {
-    if (expected[0] == kUnchecked) return;
     for (int i = 0; i < 3; ++i) EXPECT_NEAR(actual[i], expected[i], 1e-5) << what << ", component " << i;
 }
 
@@ -73,42 +64,43 @@ TEST(FaceMaterial, colourAndMaterialCasesGiveTheirEntry)
     struct Case {
         const char* what;
         Face setup;
-        SbColor diffuse;
-        SbColor ambient = SbColor(kUnchecked, 0, 0);
-        float shininess = kUnchecked, transparency = kUnchecked;
+        SbColor diffuse, ambient;
+        float shininess, transparency;
     };
-    const SbColor unchecked(kUnchecked, 0, 0), m(0.5f, 0.25f, 1.0f), defaults(0.8f, 0.8f, 0.8f);
-    const float p = 63.0f / 127;
+    const SbColor m(0.5f, 0.25f, 1.0f), mAmbient(0.25f, 0.125f, 0.5f), entry5(0.4f, 0.6f, 1.0f), black(0, 0, 0);
+    const SbColor diffuse(0.8f, 0.8f, 0.8f), ambient(0.2f, 0.2f, 0.2f);  // Inventor's defaults
+    const float p = 63.0f / 127, r = 127.0f / 255;
     const Case cases[] = {
         // Without material.
-        {"no colour: defaults", Face().flags(kNoColor).transparency(30000), defaults, {0.2f, 0.2f, 0.2f}, 0.2f, 0},
+        {"no colour: defaults", Face().flags(kNoColor).transparency(30000), diffuse, ambient, 0.2f, 0},
         {"packed colour ignores every transparency",
          Face().flags(kPackedColor).packed(0x80, 0, 0, 0xFF).transparency(40000), {1, 0, 0}, {1, 0, 0}, 0, 0},
-        {"palette index weighs the transparency", Face().index(5 * 128 + 127).transparency(32768),
-         {0.4f, 0.6f, 1.0f}, {0.4f, 0.6f, 1.0f}, 0, 0.50001f},
-        {"palette index, loose face", Face().index(5 * 128 + 127).transparency(32768).loose(), {0.4f, 0.6f, 1.0f},
-         unchecked, kUnchecked, 0},
-        {"palette index scaled by its intensity", Face().index(5 * 128 + 63), {0.4f * p, 0.6f * p, p}},
-        {"negative index: bad, the entry unset", Face().index(-1), defaults},
+        {"palette index weighs the transparency", Face().index(5 * 128 + 127).transparency(32768), entry5, entry5, 0,
+         0.50001f},
+        {"palette index, loose face", Face().index(5 * 128 + 127).transparency(32768).loose(), entry5, entry5, 0, 0},
+        {"palette index scaled by its intensity", Face().index(5 * 128 + 63), entry5 * p, entry5 * p, 0, 0},
+        {"negative index: bad, the entry unset", Face().index(-1), diffuse, ambient, 0.2f, 0},
         // With material 2.
-        {"no colour copies the material", Face().flags(kNoColor).material(2).transparency(32768), m,
-         {0.25f, 0.125f, 0.5f}, 0.5f, 0.75f},
+        {"no colour copies the material", Face().flags(kNoColor).material(2).transparency(32768), m, mAmbient, 0.5f,
+         0.75f},
         {"no colour, loose: raw object transparency", Face().flags(kNoColor).material(2).transparency(32768).loose(),
-         m, unchecked, kUnchecked, (1.0f - 32768.0f / 65535.0f) * 0.75f},
+         m, mAmbient, 0.5f, (1.0f - 32768.0f / 65535.0f) * 0.75f},
+        // Kept on purpose: no transparency entry is written.
         {"packed colour times material", Face().flags(kPackedColor).material(2).packed(0, 0, 127, 255),
-         {0.5f, 0.25f * 127 / 255, 0}, {0.25f, 0.125f * 127 / 255, 0}, 0.5f, 0},
+         {0.5f, 0.25f * r, 0}, {0.25f, 0.125f * r, 0}, 0.5f, 0},
         {"palette index without intensity", Face().material(2).index(5 * 128 + 10), {0.2f, 0.15f, 1.0f},
-         unchecked, kUnchecked, 0.75f},
-        {"before 1540 the colour name index", Face().material(2).nameIndex(5 * 128).header(1530), {0.2f, 0.15f, 1.0f}},
-        {"texture white is white under the material", Face().material(2).index(5 * 128).whiteTexture(), m},
+         {0.1f, 0.075f, 0.5f}, 0.5f, 0.75f},
+        {"before 1540 the colour name index", Face().material(2).nameIndex(5 * 128).header(1530), {0.2f, 0.15f, 1.0f},
+         {0.1f, 0.075f, 0.5f}, 0.5f, 0.75f},
+        {"texture white is white under the material", Face().material(2).index(5 * 128).whiteTexture(), m, mAmbient,
+         0.5f, 0.75f},
         // Kept on purpose: each byte truncated to 0 or 1, alpha and blue 255 give (1, 1, 0) / 255.
         {"packed colour mode: nearly black", Face().material(2).packed(255, 255, 10, 255).header(1570, kPackedMode),
-         {0.5f / 255, 0.25f / 255, 0}},
+         {0.5f / 255, 0.25f / 255, 0}, {0.25f / 255, 0.125f / 255, 0}, 0.5f, 0.75f},
         // Before 15.0 the face's colour index is its colour name index, scaling white.
-        {"old revision, full intensity", Face().material(2).nameIndex(127).header(13), m},
-        {"old revision, intensity 0", Face().material(2).header(13), {0, 0, 0}},
-        {"material beyond the palette: defaults", Face().flags(kNoColor).material(30000), defaults, unchecked,
-         kUnchecked, 0},
+        {"old revision, full intensity", Face().material(2).nameIndex(127).header(13), m, mAmbient, 0.5f, 0.75f},
+        {"old revision, intensity 0", Face().material(2).header(13), black, black, 0.5f, 0.75f},
+        {"material beyond the palette: defaults", Face().flags(kNoColor).material(30000), diffuse, ambient, 0.2f, 0},
     };
     for (const Case& k : cases) {
         FltFixture db = database(k.setup);
@@ -120,8 +112,8 @@ TEST(FaceMaterial, colourAndMaterialCasesGiveTheirEntry)
         EXPECT_EQ(material->transparency.getNum(), 1) << k.what;
         expectColor(material->diffuseColor[0], k.diffuse, k.what);
         expectColor(material->ambientColor[0], k.ambient, k.what);
-        expectNear(material->shininess[0], k.shininess, k.what);
-        expectNear(material->transparency[0], k.transparency, k.what);
+        EXPECT_NEAR(material->shininess[0], k.shininess, 1e-5) << k.what;
+        EXPECT_NEAR(material->transparency[0], k.transparency, 1e-5) << k.what;
         const bool badIndex = c.log().find("\nbad color index\n") != std::string::npos;
         EXPECT_EQ(badIndex, k.setup.face.primaryColorIndex == -1) << k.what;
     }

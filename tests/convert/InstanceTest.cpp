@@ -3,8 +3,6 @@
 // instance contain itself.
 #include <gtest/gtest.h>
 
-#include <Inventor/actions/SoGetBoundingBoxAction.h>
-
 #include "ConvertSupport.h"
 
 namespace {
@@ -14,13 +12,6 @@ namespace {
 FltFixture& definition(FltFixture& db, int16_t number, const std::string& group)
 {
     return db.instanceDefinition(number).push().group(group).push().pop().pop();
-}
-
-// Any traversal of a graph with a cycle would never end.
-void traverse(SoNode* root)
-{
-    SoGetBoundingBoxAction box{SbViewportRegion()};
-    box.apply(root);
 }
 
 }  // namespace
@@ -63,12 +54,12 @@ TEST(Instance, referenceInsideItsOwnDefinition_isRefusedWithMessage)
     db.instanceDefinition(1).push().group("a").push().pop().instanceReference(1).pop();
     db.instanceReference(1);
     Converted c(db.pop());
+    // Walking the graph, as hierarchy() does, would never end if the instance held itself.
     EXPECT_EQ(hierarchy(c), "Separator:InstanceDefinition_1[Separator:a] Separator:InstanceDefinition_1[Separator:a]");
     EXPECT_EQ(hierarchyChild(c, 1), hierarchyChild(c, 0));
     EXPECT_EQ(c.messages, (Names{"ERROR ! Instance reference 1 stands inside its own definition: not added, the "
                                  "instance would contain itself"}));
     EXPECT_EQ(c.levels, (std::vector<int>{3}));
-    traverse(c.root);
 }
 
 TEST(Instance, referenceUnderAGroupOfItsOwnReopenedByAStalePush_isRefused)
@@ -83,7 +74,6 @@ TEST(Instance, referenceUnderAGroupOfItsOwnReopenedByAStalePush_isRefused)
     EXPECT_EQ(hierarchy(c), "Separator:InstanceDefinition_1[Separator:g]");
     EXPECT_EQ(c.messages, (Names{"ERROR ! Instance reference 1 stands under a group that a push level opened again: "
                                  "not added, the instance could contain itself"}));
-    traverse(c.root);
 }
 
 TEST(Instance, manyReferencesUnderAReopenedGroupStayLinear)
