@@ -42,24 +42,14 @@ struct Folder {
     ScratchDir dir;
 };
 
-// The reference separators directly under a group: those whose first child is the label.
-std::vector<SoSeparator*> referencesUnder(SoNode* node)
-{
-    std::vector<SoSeparator*> found;
-    auto* group = dynamic_cast<SoGroup*>(node);
-    for (int i = 0; group && i < group->getNumChildren(); ++i) {
-        auto* separator = childAs<SoSeparator>(group, i);
-        if (separator && childAs<SoLabel>(separator, 0)) found.push_back(separator);
-    }
-    return found;
-}
+std::string labelOf(SoNode* reference) { return childAs<SoLabel>(reference, 0)->label.getValue().getString(); }
 
-std::string labelOf(SoSeparator* reference) { return childAs<SoLabel>(reference, 0)->label.getValue().getString(); }
-
-// The converted root of a referenced file: the last child of its reference separator.
-SoSeparator* nestedRoot(SoSeparator* reference)
+// The converted root of a referenced file: the last child of its reference separator, or
+// null when there is none.
+SoNode* nestedRoot(SoNode* reference)
 {
-    return childAs<SoSeparator>(reference, reference->getNumChildren() - 1);
+    auto* group = dynamic_cast<SoGroup*>(reference);
+    return group ? childAs<SoSeparator>(group, group->getNumChildren() - 1) : nullptr;
 }
 
 // A converted file's root, as a tree, up to its hierarchy.
@@ -78,7 +68,7 @@ TEST(ExternalReference, labelledSeparatorHoldsTheReferencedFilesRootAndKeepsTheN
     top.header().push().externalReference(".\\sub\\part.flt").translationMatrix(0, 0, 1);
     Converted c(Converted::File{f.write("top.flt", top.pop())});
     EXPECT_EQ(hierarchy(c), "Separator[Label MatrixTransform " + kRoot + "Separator:p]]");
-    EXPECT_EQ(labelOf(referencesUnder(c.root).at(0)), kLabelPrefix + ".\\sub\\part.flt");
+    EXPECT_EQ(labelOf(hierarchyChild(c, 0)), kLabelPrefix + ".\\sub\\part.flt");
     EXPECT_TRUE(c.messages.empty());
     // The nested conversion writes into the caller's log, never a log of its own.
     EXPECT_FALSE(fs::exists(f.dir.file("sub/part.flt.log")));
@@ -99,11 +89,11 @@ TEST(ExternalReference, eachConverterConvertsAFileOnceAndResolvesNamesFromItsOwn
     EXPECT_EQ(hierarchy(c), "Separator:top Separator[Label " + kRoot + "Separator:mid Separator[Label " + inSub +
                                 "] Separator[Label " + kRoot + "Separator:at_top]] Separator[Label " + inSub +
                                 "]]] Separator[Label " + inSub + "]");
-    std::vector<SoSeparator*> references = referencesUnder(c.root);
-    std::vector<SoSeparator*> mids = referencesUnder(nestedRoot(references.at(0)));
-    EXPECT_EQ(labelOf(mids.at(0)), kLabelPrefix + "./leaf.flt");
-    EXPECT_EQ(nestedRoot(mids.at(2)), nestedRoot(mids[0]));  // "./" dropped: one key, one node
-    EXPECT_NE(nestedRoot(references.at(1)), nestedRoot(mids[0]));
+    SoNode* mid = nestedRoot(hierarchyChild(c, 1));
+    auto midReference = [&](int i) { return childAs<SoNode>(mid, kHeaderChildren + 1 + i); };
+    EXPECT_EQ(labelOf(midReference(0)), kLabelPrefix + "./leaf.flt");
+    EXPECT_EQ(nestedRoot(midReference(2)), nestedRoot(midReference(0)));  // "./" dropped: one key, one node
+    EXPECT_NE(nestedRoot(hierarchyChild(c, 2)), nestedRoot(midReference(0)));
     EXPECT_TRUE(c.messages.empty());
 }
 
@@ -153,9 +143,8 @@ TEST(ExternalReference, emptyMissingOrForeignFilesLeaveTheLabelWithTheirMessages
     // a database leaves an empty root, shared by both references to it.
     EXPECT_EQ(hierarchy(c), "Separator[Label] Separator:next Separator[Label] Separator:after "
                             "Separator[Label Separator] Separator[Label Separator]");
-    std::vector<SoSeparator*> references = referencesUnder(c.root);
-    EXPECT_EQ(labelOf(references.at(0)), kLabelPrefix);
-    EXPECT_EQ(nestedRoot(references.at(3)), nestedRoot(references.at(2)));
+    EXPECT_EQ(labelOf(hierarchyChild(c, 0)), kLabelPrefix);
+    EXPECT_EQ(nestedRoot(hierarchyChild(c, 5)), nestedRoot(hierarchyChild(c, 4)));
     const std::string missing = "ERROR! CAN'T RESOLVE EXTERNAL REFERENCE: ./gone/missing.flt";
     EXPECT_EQ(c.messages, (Names{missing, "ERROR! Not an Openflight Input !"}));
     EXPECT_EQ(c.levels, (std::vector<int>{3, 3}));
@@ -196,11 +185,9 @@ TEST(ExternalReference, chainsDeeperThanTheLimitStopWithMessage)
     Converted c(Converted::File{"f0.flt"});
     fs::current_path(saved);
     int converted = 0;
-    for (SoNode* level = c.root; !referencesUnder(level).empty();) {
-        level = nestedRoot(referencesUnder(level)[0]);
-        if (!level) break;
+    // Each level holds its group, then its reference to the next file.
+    for (SoNode* level = c.root; (level = nestedRoot(childAs<SoNode>(level, kHeaderChildren + 1)));)
         EXPECT_EQ(tree(childAs<SoNode>(level, kHeaderChildren)), "Separator:g" + std::to_string(++converted));
-    }
     EXPECT_EQ(converted, static_cast<int>(FltToInventor::kMaxExternalReferenceDepth));
     EXPECT_EQ(c.messages,
               (Names{"ERROR ! External references nested more than 32 levels deep: f33.flt is not converted"}));

@@ -26,18 +26,6 @@ std::string bitsOf(uint32_t word)
 
 std::string infoOf(SoNode* sw) { return childAs<SoInfo>(sw, 0)->string.getValue().getString(); }
 
-// A switch over `children` text records (each one child, with nothing below it).
-FltFixture switchOverChildren(int32_t currentMask, int32_t wordsPerMask, const std::vector<uint32_t>& words,
-                              int children)
-{
-    FltFixture db;
-    db.header().push();
-    db.switchNode("sw", currentMask, wordsPerMask, words).push();
-    for (int i = 0; i < children; ++i) db.text("t" + std::to_string(i));
-    db.pop().pop();
-    return db;
-}
-
 // The wrappers under a converted switch, "1" for on and "0" for off, in order.
 std::string wrapperStates(SoNode* node)
 {
@@ -145,8 +133,10 @@ TEST(Switch, maskRuleOverMasksWordsAndHeaderValues)
         {"ten words per mask", 0, 10, {0, 0, 0, 0, 0, 0, 0, 0, 1, 1}, "1" + std::string(31, '0') + "1"},
     };
     for (const Case& k : cases) {
-        FltFixture db = switchOverChildren(k.currentMask, k.wordsPerMask, k.words, static_cast<int>(k.states.size()));
-        Converted c(db);
+        FltFixture db;  // a switch over text records, each one child with nothing below it
+        db.header().push().switchNode("sw", k.currentMask, k.wordsPerMask, k.words).push();
+        for (size_t i = 0; i < k.states.size(); ++i) db.text("t" + std::to_string(i));
+        Converted c(db.pop().pop());
         EXPECT_EQ(wrapperStates(hierarchyChild(c, 0)), k.states) << k.what;
         EXPECT_TRUE(c.messages.empty()) << k.what;
     }
