@@ -77,8 +77,9 @@ TEST(LevelOfDetail, rangesCentresLabelsAndContent)
     }
     EXPECT_EQ(lods, (Names{"LOD:l1[Label Separator:l1[Separator:g] Label] ranges 10 1000 centre 1 2 3",
                            "LOD:l2[Label Separator:far[MatrixTransform] Label] ranges 0 100 centre 0 0 0.001",
-                           "LOD:l3[Label Separator:l3[Separator:o[MaterialBinding Material:faceVertexColorSoMaterialSet "
-                           "IndexedFaceSet:SoIFSVertexColor]] Label] ranges 0 100 centre 3 6 6",
+                           "LOD:l3[Label Separator:l3[Separator:o[MaterialBinding "
+                           "Material:faceVertexColorSoMaterialSet IndexedFaceSet:SoIFSVertexColor]] Label] "
+                           "ranges 0 100 centre 3 6 6",
                            "LOD:l4[Label Separator:l4 Label] ranges 0 100 centre 0 0 0",
                            "LOD:old[Label Separator:old[Separator:h] Label] ranges 20 4e+09 centre -1 2 3"}));
     // The two labels are the converter's shared nodes, under every LOD.
@@ -120,10 +121,9 @@ TEST(Switch, maskRuleOverMasksWordsAndHeaderValues)
         {"the current mask among several", 1, 1, {0x1, 0x6, 0x0}, "0110"},
         // Children 0 to 31 read the second word, from its least significant bit; 32 on the first.
         {"several words per mask", 0, 2, {0x00000001, 0x80000002}, "01" + std::string(29, '0') + "110"},
-        // switchMaskShorterThanChildren_headerElementsThenOff: past the mask the rule reads
-        // back into the header, numberOfMasks (1) turning child 33 on and the words per mask
-        // (1) child 35; everything before the list's start is off.
-        {"mask shorter than the children", 0, 1, {0xFFFFFFFF}, std::string(32, '1') + "01010000"},
+        // Past the mask the rule reads back into the header, numberOfMasks (1) turning child
+        // 33 on and the words per mask (1) child 35; everything before the list's start is off.
+        {"switchMaskShorterThanChildren_headerElementsThenOff", 0, 1, {0xFFFFFFFF}, std::string(32, '1') + "01010000"},
         // Header values of 10 and 100 to 109 are misread on purpose: the "0" is read again as
         // a number, the words per mask land on a separator and every child is off.
         {"current mask 10", 10, 1, lastWord(11, 0xFFFFFFFF), "000"},

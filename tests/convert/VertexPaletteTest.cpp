@@ -129,8 +129,8 @@ TEST(VertexPalette, vertexColoursFollowFlagsPackedColoursAndIndices)
     db.push().pop();
     HeldConversion h(db);
     // The palette switch, after the header's nodes, holds only the kinds present.
-    EXPECT_EQ(tree(h.root->getChild(kHeaderChildren)), "Switch:vertexPropertyPalette[VertexProperty:vertexColorProperty "
-                                                       "VertexProperty:vertexColorNormalUVProperty]");
+    const std::string palette = "Switch:vertexPropertyPalette[VertexProperty:vertexColorProperty ";
+    EXPECT_EQ(tree(h.root->getChild(kHeaderChildren)), palette + "VertexProperty:vertexColorNormalUVProperty]");
     SoVertexProperty* colour = h.property("vertexColorProperty");
     SoVertexProperty* richest = h.property("vertexColorNormalUVProperty");
     ASSERT_EQ(colour->orderedRGBA.getNum(), 6);
