@@ -2,65 +2,11 @@
 // reference counts and standard output.
 #include <gtest/gtest.h>
 
-#include <Inventor/SoDB.h>
-#include <Inventor/nodes/SoSeparator.h>
-
 #include <filesystem>
 
-#include "FltFixture.h"
-#include "TestSupport.h"
-#include "convert/FltToInventor.h"
-#include "diagnostics/FltWarningMessageConsole.h"
+#include "ConvertSupport.h"
 
-namespace {
-
-class ConversionRun : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        SoDB::init();
-        FltWarningMessageConsole::clearMessages();
-    }
-
-    // Converts a file quietly and returns its root, owned by the test.
-    SoSeparator* convert(const std::string& path)
-    {
-        CaptureStream out(std::cout), err(std::cerr);
-        SoSeparator* root = convertFrom(path.c_str());
-        errors = err.text();
-        return root;
-    }
-
-    static std::vector<std::string> messages()
-    {
-        std::vector<std::string> result;
-        for (const auto& m : FltWarningMessageConsole::getMessages()) result.push_back(m.message);
-        return result;
-    }
-
-    ScratchDir dir;
-    std::string errors;
-};
-
-// Releases a returned root whatever its count.
-void release(SoSeparator* root)
-{
-    if (!root) return;
-    root->ref();
-    root->unref();
-}
-
-}  // namespace
-
-TEST_F(ConversionRun, productNameAndVersionAreFixedStrings)
-{
-    EXPECT_STREQ(getProductName(), "Skerrymoor");
-    EXPECT_STREQ(getVersion(), "8.6.3");
-    EXPECT_EQ(getProductName(), getProductName());
-    EXPECT_EQ(getVersion(), getVersion());
-}
-
-TEST_F(ConversionRun, emptyPathReturnsNullAndWritesNoLog)
+TEST(ConversionRun, emptyPathReturnsNullAndWritesNoLog)
 {
     const bool existed = std::filesystem::exists(".log");
     EXPECT_EQ(convertFrom(""), nullptr);
@@ -68,158 +14,92 @@ TEST_F(ConversionRun, emptyPathReturnsNullAndWritesNoLog)
     EXPECT_EQ(std::filesystem::exists(".log"), existed);
 }
 
-TEST_F(ConversionRun, successfulConversionReturnsTheNamedRootWithOneReference)
+TEST(ConversionRun, convertedRootHasOneReference)
 {
-    FltFixture db;
-    db.header(1570).push().pop();
-    db.save(dir.file("ok.flt"));
-    SoSeparator* root = convert(dir.file("ok.flt"));
-    ASSERT_NE(root, nullptr);
-    EXPECT_EQ(root->getRefCount(), 1);
-    EXPECT_EQ(root->getName(), SbName("root"));
-    EXPECT_GT(root->getNumChildren(), 0);
-    EXPECT_TRUE(messages().empty());
-    root->unref();
+    for (int32_t revision : {1570, 11}) {  // 11 is the oldest revision converted
+        FltFixture db;
+        Converted c(db.header(revision).push().pop());
+        EXPECT_EQ(c.root->getRefCount(), 1) << revision;
+        EXPECT_EQ(c.root->getName(), SbName("root"));
+        EXPECT_GT(c.root->getNumChildren(), 0);
+        EXPECT_TRUE(c.messages.empty());
+    }
 }
 
-TEST_F(ConversionRun, missingFileGivesAnEmptyRootAndStillCreatesTheLog)
-{
-    const std::string path = dir.file("missing.flt");
-    SoSeparator* root = convert(path);
-    ASSERT_NE(root, nullptr);
-    EXPECT_EQ(root->getRefCount(), 0);
-    EXPECT_EQ(root->getNumChildren(), 0);
-    EXPECT_EQ(errors, "Error in opening file: " + path + "\nERROR ! FltParser has no INPUT !\n(Warning Level: 3)\n\n");
-    EXPECT_TRUE(std::filesystem::exists(path + ".log"));
-    release(root);
-}
-
-TEST_F(ConversionRun, fileThatIsNotOpenFlightIsRefusedByTheEntryTest)
-{
-    writeFile(dir.file("text.flt"), "this is not a database");
-    SoSeparator* root = convert(dir.file("text.flt"));
-    ASSERT_NE(root, nullptr);
-    EXPECT_EQ(root->getNumChildren(), 0);
-    EXPECT_EQ(messages(), std::vector<std::string>{"ERROR! Not an Openflight Input !"});
-    release(root);
-}
-
-TEST_F(ConversionRun, emptyFileIsRefusedByTheEntryTest)
-{
-    writeFile(dir.file("empty.flt"), "");
-    SoSeparator* root = convert(dir.file("empty.flt"));
-    ASSERT_NE(root, nullptr);
-    EXPECT_EQ(root->getNumChildren(), 0);
-    EXPECT_EQ(messages(), std::vector<std::string>{"ERROR! Not an Openflight Input !"});
-    release(root);
-}
-
-TEST_F(ConversionRun, revisionTenIsRefusedAndElevenConverted)
+TEST(ConversionRun, refusedFilesGiveAnEmptyRootWithoutReferenceAndStillCreateTheLog)
 {
     FltFixture old;
-    old.header(10).push().pop();
-    old.save(dir.file("r10.flt"));
-    SoSeparator* refused = convert(dir.file("r10.flt"));
-    EXPECT_EQ(refused->getNumChildren(), 0);
-    EXPECT_EQ(refused->getRefCount(), 0);
-    EXPECT_EQ(messages(), std::vector<std::string>{"ERROR ! Openflight Format Revision not supported !"});
-    release(refused);
-
-    FltWarningMessageConsole::clearMessages();
-    FltFixture eleven;
-    eleven.header(11).push().pop();
-    eleven.save(dir.file("r11.flt"));
-    SoSeparator* converted = convert(dir.file("r11.flt"));
-    EXPECT_EQ(converted->getRefCount(), 1);
-    EXPECT_EQ(converted->getName(), SbName("root"));
-    EXPECT_TRUE(messages().empty());
-    converted->unref();
+    const struct {
+        std::string bytes;  // "absent": no file at all
+        std::string message;
+    } cases[] = {
+        {"absent", "ERROR ! FltParser has no INPUT !"},
+        {"this is not a database", "ERROR! Not an Openflight Input !"},
+        {"", "ERROR! Not an Openflight Input !"},
+        {old.header(10).push().pop().bytes(), "ERROR ! Openflight Format Revision not supported !"},
+    };
+    const size_t before = FltWarningMessageConsole::getMessages().size();
+    for (const auto& k : cases) {
+        ScratchDir dir;
+        const std::string path = dir.file("db.flt");
+        if (k.bytes != "absent") writeFile(path, k.bytes);
+        Converted c(Converted::File{path});
+        ASSERT_NE(c.root, nullptr);
+        EXPECT_EQ(c.root->getRefCount(), 0) << k.message;
+        EXPECT_EQ(c.root->getNumChildren(), 0);
+        EXPECT_EQ(c.messages, Names{k.message});
+        EXPECT_TRUE(std::filesystem::exists(path + ".log"));
+        const std::string opening = k.bytes == "absent" ? "Error in opening file: " + path + "\n" : "";
+        EXPECT_EQ(c.errors, opening + k.message + "\n(Warning Level: 3)\n\n");
+    }
+    // The console keeps the messages of successive conversions.
+    EXPECT_EQ(FltWarningMessageConsole::getMessages().size(), before + 4);
 }
 
-TEST_F(ConversionRun, logFileHoldsTheProgressAndADumpOfEveryRecord)
+TEST(ConversionRun, logFileHoldsTheDumpAndStandardOutputTheOpeningLine)
 {
     FltFixture db;
-    db.header(1570, 0, 0x40000000).push().group("g1").pop();
-    const std::string path = dir.file("logged.flt");
-    db.save(path);
-    std::string printed;
-    {
+    db.header().push().group("g1").pop();
+    Converted c(db);
+    EXPECT_EQ(c.printed, "\nSuccess in opening file: " + c.path + "\n");
+    const std::string log = c.log();
+    EXPECT_EQ(log.rfind("beginning of parsing\n\n HEADER RECORD \n", 0), 0u);
+    EXPECT_NE(log.find("\n GROUP RECORD \n"), std::string::npos);
+    EXPECT_EQ(log.substr(log.size() - 15), "end of parsing\n");
+    // The next conversion truncates the log rather than appending to it.
+    Converted again(Converted::File{c.path});
+    EXPECT_EQ(again.log(), log);
+}
+
+TEST(ConversionRun, standardOutputIsRestoredAfterAConversionWhetherOrNotTheLogOpens)
+{
+    FltFixture db;
+    db.header().push().pop();
+    ScratchDir dir;
+    db.save(dir.file("x.flt"));
+    db.save(dir.file("y.flt"));
+    // The log name y.flt.log is taken by a directory, so that log cannot be opened.
+    std::filesystem::create_directory(dir.file("y.flt.log"));
+    for (const char* name : {"x.flt", "y.flt"}) {
         CaptureStream out(std::cout), err(std::cerr);
-        SoSeparator* root = convertFrom(path.c_str());
-        printed = out.text();
+        SoSeparator* root = convertFrom(dir.file(name).c_str());
+        ASSERT_NE(root, nullptr);
+        EXPECT_EQ(root->getName(), SbName("root"));
+        std::cout << "after the conversion\n";
+        EXPECT_NE(out.text().find("after the conversion\n"), std::string::npos) << name;
         root->unref();
     }
-    EXPECT_EQ(printed, "\nSuccess in opening file: " + path + "\n");
-    const std::string log = readFile(path + ".log");
-    EXPECT_EQ(log.rfind("beginning of parsing\n\n HEADER RECORD \n  (PRIMARY_RECORD)\n-- Opcode: 1  Length: 324 --\n", 0),
-              0u);
-    EXPECT_NE(log.find("OpenFlight file version: 1570\nRGB mode: true\n"), std::string::npos);
-    EXPECT_NE(log.find("\n GROUP RECORD \n  (PRIMARY_RECORD)\n-- Opcode: 2  Length: 44 --\n"), std::string::npos);
-    EXPECT_NE(log.find("\n POP LEVEL RECORD \n"), std::string::npos);
-    EXPECT_EQ(log.substr(log.size() - 15), "end of parsing\n");
+    EXPECT_EQ(readFile(dir.file("x.flt.log")).find("after the conversion"), std::string::npos);
 }
 
-TEST_F(ConversionRun, logFileIsTruncatedByTheNextConversion)
+TEST(ConversionRun, damagedFileKeepsTheRecordsBeforeTheDamage)
 {
     FltFixture db;
-    db.header().push().pop();
-    const std::string path = dir.file("twice.flt");
-    db.save(path);
-    convert(path)->unref();
-    const std::string first = readFile(path + ".log");
-    convert(path)->unref();
-    EXPECT_EQ(readFile(path + ".log"), first);
-}
-
-TEST_F(ConversionRun, standardOutputIsRestoredAfterAConversion)
-{
-    FltFixture db;
-    db.header().push().pop();
-    const std::string path = dir.file("restore.flt");
-    db.save(path);
-    CaptureStream out(std::cout), err(std::cerr);
-    SoSeparator* root = convertFrom(path.c_str());
-    std::cout << "after the conversion\n";
-    EXPECT_NE(out.text().find("after the conversion\n"), std::string::npos);
-    EXPECT_EQ(readFile(path + ".log").find("after the conversion"), std::string::npos);
-    root->unref();
-}
-
-TEST_F(ConversionRun, unwritableLogStillConverts)
-{
-    FltFixture db;
-    db.header().push().pop();
-    std::filesystem::create_directory(dir.file("db.flt"));
-    // The log name db.flt.log is taken by a directory, so the log cannot be opened.
-    std::filesystem::create_directory(dir.file("x.flt.log"));
-    db.save(dir.file("x.flt"));
-    SoSeparator* root = convert(dir.file("x.flt"));
-    EXPECT_EQ(root->getName(), SbName("root"));
-    root->unref();
-    CaptureStream out(std::cout);
-    std::cout << "still here";
-    EXPECT_EQ(out.text(), "still here");
-}
-
-TEST_F(ConversionRun, messagesOfSuccessiveConversionsAccumulate)
-{
-    writeFile(dir.file("bad1.flt"), "xx");
-    writeFile(dir.file("bad2.flt"), "yy");
-    release(convert(dir.file("bad1.flt")));
-    release(convert(dir.file("bad2.flt")));
-    EXPECT_EQ(messages().size(), 2u);
-}
-
-TEST_F(ConversionRun, damagedFileKeepsTheRecordsBeforeTheDamage)
-{
-    FltFixture db;
-    db.header().push();
+    db.header().push().group("before").push().pop();
     db.raw(std::string("\x00\x02\x00\x00", 4));  // a group record of length 0
-    db.save(dir.file("damaged.flt"));
-    SoSeparator* root = convert(dir.file("damaged.flt"));
-    EXPECT_EQ(root->getName(), SbName("root"));
-    EXPECT_EQ(root->getRefCount(), 1);
-    ASSERT_EQ(messages().size(), 1u);
-    EXPECT_NE(messages()[0].find("opcode 2 at byte offset 328 has length 0"), std::string::npos);
-    root->unref();
+    Converted c(db);
+    EXPECT_EQ(c.root->getRefCount(), 1);
+    EXPECT_NE(findNamed(c.root, "before"), nullptr);
+    ASSERT_EQ(c.messages.size(), 1u);
+    EXPECT_NE(c.messages[0].find("opcode 2 at byte offset 380 has length 0"), std::string::npos);
 }

@@ -8,197 +8,113 @@
 
 namespace {
 
-constexpr uint32_t kNoColor = 0x40000000u;
-constexpr uint32_t kPackedColor = 0x10000000u;
+constexpr int32_t kNoColor = 0x40000000;
+constexpr int32_t kPackedColor = 0x10000000;
+constexpr int32_t kPackedMode = 0x40000000;  // of the header's flags
 
-uint32_t abgrWord(uint8_t a, uint8_t b, uint8_t g, uint8_t r)
-{
-    return (uint32_t(a) << 24) | (uint32_t(b) << 16) | (uint32_t(g) << 8) | r;
-}
-
-// One face of colour-only vertices in an object (or loose, with objectTransparency < 0),
-// after a colour palette whose entry 5 is (0.4, 0.6, 1.0) and a material 2.
-class FaceMaterial {
-public:
-    explicit FaceMaterial(const FltFaceSpec& spec, int objectTransparency = 0, int32_t revision = 1570,
-                          int32_t headerFlags = 0)
+// The face and what surrounds it: an object of this transparency (no object when negative)
+// in a database of this revision and header flags.
+struct Face {
+    Face& flags(int32_t v) { face.flags = v; return *this; }
+    Face& material(int16_t v) { face.materialIndex = v; return *this; }
+    Face& index(int32_t v) { face.primaryColorIndex = v; return *this; }
+    Face& nameIndex(uint16_t v) { face.colorNameIndex = v; return *this; }
+    Face& transparency(uint16_t v) { face.transparency = v; return *this; }
+    Face& packed(uint8_t a, uint8_t b, uint8_t g, uint8_t r)
     {
-        FltFixture db;
-        db.header(revision, 0, headerFlags);
-        std::vector<uint32_t> colors(1024, 0);
-        colors[5] = abgrWord(0xFF, 255, 153, 102);
-        db.colorPalette(colors);
-        const float diffuse[3] = {0.5f, 0.25f, 1.0f};
-        db.material(2, diffuse, 64.0f, 0.25f);
-        db.vertexPalette();
-        const int32_t a = db.vertexColor(0, 0, 0), b = db.vertexColor(1, 0, 0), c = db.vertexColor(0, 1, 0);
-        db.push();
-        if (objectTransparency >= 0) db.object("o", static_cast<uint16_t>(objectTransparency)).push();
-        db.face(spec).push().vertexList({a, b, c}).pop();
-        if (objectTransparency >= 0) db.pop();
-        db.pop();
-        converted = std::make_unique<Converted>(db);
-        for (SoMaterial* m : findAll<SoMaterial>(converted->root))
-            if (m->getName() == "faceVertexColorSoMaterialSet") material = m;
+        face.packed[0] = a, face.packed[1] = b, face.packed[2] = g, face.packed[3] = r;
+        return *this;
     }
-    std::unique_ptr<Converted> converted;
-    SoMaterial* material = nullptr;
+    Face& whiteTexture() { face.texturePatternIndex = 1, face.textureWhite = 1; return *this; }
+    Face& loose() { objectTransparency = -1; return *this; }
+    Face& header(int32_t r, int32_t f = 0) { revision = r, headerFlags = f; return *this; }
+    FltFaceSpec face;
+    int objectTransparency = 0;
+    int32_t revision = 1570, headerFlags = 0;
 };
 
-void expectColor(const SbColor& actual, float r, float g, float b)
+// One face of colour-only vertices, after a colour palette whose entry 5 is (0.4, 0.6, 1.0)
+// and a material 2 of diffuse (0.5, 0.25, 1.0), half that ambient, shininess 64 of 128 and
+// alpha 0.25.
+FltFixture database(const Face& s)
 {
-    EXPECT_NEAR(actual[0], r, 1e-5);
-    EXPECT_NEAR(actual[1], g, 1e-5);
-    EXPECT_NEAR(actual[2], b, 1e-5);
+    FltFixture db;
+    db.header(s.revision, 0, s.headerFlags);
+    std::vector<uint32_t> colors(1024, 0);
+    colors[5] = 0xFFFF9966u;  // alpha, blue, green, red
+    const float diffuse[3] = {0.5f, 0.25f, 1.0f};
+    db.colorPalette(colors).material(2, diffuse, 64.0f, 0.25f).vertexPalette();
+    const int32_t a = db.vertexColor(0, 0, 0), b = db.vertexColor(1, 0, 0), c = db.vertexColor(0, 1, 0);
+    db.push();
+    if (s.objectTransparency >= 0) db.object("o", static_cast<uint16_t>(s.objectTransparency)).push();
+    db.face(s.face).push().vertexList({a, b, c}).pop();
+    if (s.objectTransparency >= 0) db.pop();
+    return db.pop();
+}
+
+void expectColor(const SbColor& actual, const SbColor& expected, const char* what)
+{
+    for (int i = 0; i < 3; ++i) EXPECT_NEAR(actual[i], expected[i], 1e-5) << what << ", component " << i;
 }
 
 }  // namespace
 
-TEST(FaceMaterial, noColourAndNoMaterialGivesInventorsDefaults)
+TEST(FaceMaterial, colourAndMaterialCasesGiveTheirEntry)
 {
-    FltFaceSpec spec;
-    spec.flags = kNoColor;
-    spec.transparency = 30000;
-    FaceMaterial f(spec);
-    ASSERT_NE(f.material, nullptr);
-    expectColor(f.material->ambientColor[0], 0.2f, 0.2f, 0.2f);
-    expectColor(f.material->diffuseColor[0], 0.8f, 0.8f, 0.8f);
-    expectColor(f.material->specularColor[0], 0, 0, 0);
-    EXPECT_FLOAT_EQ(f.material->shininess[0], 0.2f);
-    EXPECT_FLOAT_EQ(f.material->transparency[0], 0.0f);
-}
-
-TEST(FaceMaterial, packedColourWithoutMaterialIgnoresEveryTransparency)
-{
-    FltFaceSpec spec;
-    spec.flags = kPackedColor;
-    spec.packed[0] = 0x80, spec.packed[3] = 0xFF;
-    spec.transparency = 40000;
-    FaceMaterial f(spec);
-    expectColor(f.material->ambientColor[0], 1, 0, 0);
-    expectColor(f.material->diffuseColor[0], 1, 0, 0);
-    EXPECT_FLOAT_EQ(f.material->shininess[0], 0.0f);
-    EXPECT_FLOAT_EQ(f.material->transparency[0], 0.0f);
-}
-
-TEST(FaceMaterial, paletteIndexWithoutMaterialScalesByIntensityAndWeighsTransparency)
-{
-    FltFaceSpec spec;
-    spec.primaryColorIndex = 5 * 128 + 127;
-    spec.transparency = 32768;
-    FaceMaterial inObject(spec, 0);
-    expectColor(inObject.material->diffuseColor[0], 0.4f, 0.6f, 1.0f);
-    expectColor(inObject.material->ambientColor[0], 0.4f, 0.6f, 1.0f);
-    EXPECT_NEAR(inObject.material->transparency[0], 0.50001f, 1e-5);
-
-    FaceMaterial loose(spec, -1);
-    EXPECT_FLOAT_EQ(loose.material->transparency[0], 0.0f);
-
-    spec.primaryColorIndex = 5 * 128 + 63;
-    FaceMaterial half(spec);
-    expectColor(half.material->diffuseColor[0], 0.4f * 63 / 127, 0.6f * 63 / 127, 63.0f / 127);
-}
-
-TEST(FaceMaterial, negativeColourIndexIsABadIndexAndLeavesTheEntryUnset)
-{
-    FltFaceSpec spec;
-    spec.primaryColorIndex = -1;
-    FaceMaterial f(spec);
-    ASSERT_NE(f.material, nullptr);
-    EXPECT_NE(f.converted->log().find("\nbad color index\n"), std::string::npos);
-    // The material node still holds Inventor's one default entry.
-    EXPECT_EQ(f.material->diffuseColor.getNum(), 1);
-    expectColor(f.material->diffuseColor[0], 0.8f, 0.8f, 0.8f);
-}
-
-TEST(FaceMaterial, noColourWithMaterialCopiesItAndWeighsItsTransparency)
-{
-    FltFaceSpec spec;
-    spec.flags = kNoColor;
-    spec.materialIndex = 2;
-    spec.transparency = 32768;
-    FaceMaterial inObject(spec, 0);
-    expectColor(inObject.material->diffuseColor[0], 0.5f, 0.25f, 1.0f);
-    expectColor(inObject.material->ambientColor[0], 0.25f, 0.125f, 0.5f);
-    EXPECT_FLOAT_EQ(inObject.material->shininess[0], 0.5f);
-    EXPECT_FLOAT_EQ(inObject.material->transparency[0], 0.75f);
-
-    FaceMaterial loose(spec, -1);
-    EXPECT_NEAR(loose.material->transparency[0], (1.0 - 32768.0 / 65535.0) * 0.75, 1e-6);
-}
-
-TEST(FaceMaterial, packedColourWithMaterialMultipliesAndWritesNoTransparency)
-{
-    FltFaceSpec spec;
-    spec.flags = kPackedColor;
-    spec.materialIndex = 2;
-    spec.packed[3] = 255, spec.packed[2] = 127, spec.packed[1] = 0;
-    FaceMaterial f(spec);
-    expectColor(f.material->diffuseColor[0], 0.5f, 0.25f * 127 / 255, 0.0f);
-    expectColor(f.material->ambientColor[0], 0.25f, 0.125f * 127 / 255, 0.0f);
-    EXPECT_FLOAT_EQ(f.material->shininess[0], 0.5f);
-    EXPECT_EQ(f.material->transparency.getNum(), 1);  // only Inventor's default entry
-}
-
-TEST(FaceMaterial, paletteIndexWithMaterialTakesTheEntryWithoutIntensity)
-{
-    FltFaceSpec spec;
-    spec.materialIndex = 2;
-    spec.primaryColorIndex = 5 * 128 + 10;
-    FaceMaterial f(spec);
-    expectColor(f.material->diffuseColor[0], 0.5f * 0.4f, 0.25f * 0.6f, 1.0f);
-    EXPECT_FLOAT_EQ(f.material->transparency[0], 0.75f);
-}
-
-TEST(FaceMaterial, paletteIndexWithMaterialBefore1540UsesTheColourNameIndex)
-{
-    FltFaceSpec spec;
-    spec.materialIndex = 2;
-    spec.primaryColorIndex = 0;
-    spec.colorNameIndex = 5 * 128;
-    FaceMaterial f(spec, 0, 1530);
-    expectColor(f.material->diffuseColor[0], 0.5f * 0.4f, 0.25f * 0.6f, 1.0f);
-}
-
-TEST(FaceMaterial, texturedFaceWithTextureWhiteIsWhiteUnderItsMaterial)
-{
-    FltFaceSpec spec;
-    spec.materialIndex = 2;
-    spec.primaryColorIndex = 5 * 128;
-    spec.texturePatternIndex = 1;
-    spec.textureWhite = 1;
-    FaceMaterial f(spec);
-    expectColor(f.material->diffuseColor[0], 0.5f, 0.25f, 1.0f);
-}
-
-TEST(FaceMaterial, packedColourModeWithMaterialGivesTheTruncatedNearlyBlackColour)
-{
-    FltFaceSpec spec;
-    spec.materialIndex = 2;
-    spec.packed[0] = 255, spec.packed[1] = 255, spec.packed[2] = 10, spec.packed[3] = 255;
-    FaceMaterial f(spec, 0, 1570, 0x40000000);
-    // Alpha and blue were 255: the colour is (1, 1, 0) / 255.
-    expectColor(f.material->diffuseColor[0], 0.5f / 255, 0.25f / 255, 0.0f);
-}
-
-TEST(FaceMaterial, oldRevisionWithMaterialScalesWhiteByTheIndexIntensity)
-{
-    FltFaceSpec spec;
-    spec.materialIndex = 2;
-    spec.colorNameIndex = 127;  // before 15.0 the face's colour index is its colour name index
-    FaceMaterial full(spec, 0, 13);
-    expectColor(full.material->diffuseColor[0], 0.5f, 0.25f, 1.0f);
-    spec.colorNameIndex = 0;
-    FaceMaterial black(spec, 0, 13);
-    expectColor(black.material->diffuseColor[0], 0, 0, 0);
-}
-
-TEST(FaceMaterial, materialIndexBeyondThePaletteReadsInventorsDefaults)
-{
-    FltFaceSpec spec;
-    spec.flags = kNoColor;
-    spec.materialIndex = 30000;
-    FaceMaterial f(spec);
-    expectColor(f.material->diffuseColor[0], 0.8f, 0.8f, 0.8f);
-    EXPECT_FLOAT_EQ(f.material->transparency[0], 0.0f);
+    struct Case {
+        const char* what;
+        Face setup;
+        SbColor diffuse, ambient;
+        float shininess, transparency;
+    };
+    const SbColor m(0.5f, 0.25f, 1.0f), mAmbient(0.25f, 0.125f, 0.5f), entry5(0.4f, 0.6f, 1.0f), black(0, 0, 0);
+    const SbColor diffuse(0.8f, 0.8f, 0.8f), ambient(0.2f, 0.2f, 0.2f);  // Inventor's defaults
+    const float p = 63.0f / 127, r = 127.0f / 255;
+    const Case cases[] = {
+        // Without material.
+        {"no colour: defaults", Face().flags(kNoColor).transparency(30000), diffuse, ambient, 0.2f, 0},
+        {"packed colour ignores every transparency",
+         Face().flags(kPackedColor).packed(0x80, 0, 0, 0xFF).transparency(40000), {1, 0, 0}, {1, 0, 0}, 0, 0},
+        {"palette index weighs the transparency", Face().index(5 * 128 + 127).transparency(32768), entry5, entry5, 0,
+         0.50001f},
+        {"palette index, loose face", Face().index(5 * 128 + 127).transparency(32768).loose(), entry5, entry5, 0, 0},
+        {"palette index scaled by its intensity", Face().index(5 * 128 + 63), entry5 * p, entry5 * p, 0, 0},
+        {"negative index: bad, the entry unset", Face().index(-1), diffuse, ambient, 0.2f, 0},
+        // With material 2.
+        {"no colour copies the material", Face().flags(kNoColor).material(2).transparency(32768), m, mAmbient, 0.5f,
+         0.75f},
+        {"no colour, loose: raw object transparency", Face().flags(kNoColor).material(2).transparency(32768).loose(),
+         m, mAmbient, 0.5f, (1.0f - 32768.0f / 65535.0f) * 0.75f},
+        // Kept on purpose: no transparency entry is written.
+        {"packed colour times material", Face().flags(kPackedColor).material(2).packed(0, 0, 127, 255),
+         {0.5f, 0.25f * r, 0}, {0.25f, 0.125f * r, 0}, 0.5f, 0},
+        {"palette index without intensity", Face().material(2).index(5 * 128 + 10), {0.2f, 0.15f, 1.0f},
+         {0.1f, 0.075f, 0.5f}, 0.5f, 0.75f},
+        {"before 1540 the colour name index", Face().material(2).nameIndex(5 * 128).header(1530), {0.2f, 0.15f, 1.0f},
+         {0.1f, 0.075f, 0.5f}, 0.5f, 0.75f},
+        {"texture white is white under the material", Face().material(2).index(5 * 128).whiteTexture(), m, mAmbient,
+         0.5f, 0.75f},
+        // Kept on purpose: each byte truncated to 0 or 1, alpha and blue 255 give (1, 1, 0) / 255.
+        {"packed colour mode: nearly black", Face().material(2).packed(255, 255, 10, 255).header(1570, kPackedMode),
+         {0.5f / 255, 0.25f / 255, 0}, {0.25f / 255, 0.125f / 255, 0}, 0.5f, 0.75f},
+        // Before 15.0 the face's colour index is its colour name index, scaling white.
+        {"old revision, full intensity", Face().material(2).nameIndex(127).header(13), m, mAmbient, 0.5f, 0.75f},
+        {"old revision, intensity 0", Face().material(2).header(13), black, black, 0.5f, 0.75f},
+        {"material beyond the palette: defaults", Face().flags(kNoColor).material(30000), diffuse, ambient, 0.2f, 0},
+    };
+    for (const Case& k : cases) {
+        FltFixture db = database(k.setup);
+        Converted c(db);
+        auto* material = static_cast<SoMaterial*>(findNamed(c.root, "faceVertexColorSoMaterialSet"));
+        ASSERT_NE(material, nullptr) << k.what;
+        // One face, one entry, or Inventor's one default entry where nothing was written.
+        EXPECT_EQ(material->diffuseColor.getNum(), 1) << k.what;
+        EXPECT_EQ(material->transparency.getNum(), 1) << k.what;
+        expectColor(material->diffuseColor[0], k.diffuse, k.what);
+        expectColor(material->ambientColor[0], k.ambient, k.what);
+        EXPECT_NEAR(material->shininess[0], k.shininess, 1e-5) << k.what;
+        EXPECT_NEAR(material->transparency[0], k.transparency, 1e-5) << k.what;
+        const bool badIndex = c.log().find("\nbad color index\n") != std::string::npos;
+        EXPECT_EQ(badIndex, k.setup.face.primaryColorIndex == -1) << k.what;
+    }
 }

@@ -3,125 +3,63 @@
 #include <gtest/gtest.h>
 
 #include <Inventor/nodes/SoInfo.h>
-#include <Inventor/nodes/SoSwitch.h>
 
 #include "ConvertSupport.h"
 
 namespace {
 
-using Types = std::vector<std::string>;
-using Names = std::vector<std::string>;
-
-// The header's four children (shape hints and bindings) come before the hierarchy.
-constexpr int kHeaderChildren = 3;
-
-SoNode* hierarchyChild(const Converted& c, int index) { return childAs<SoNode>(c.root, kHeaderChildren + index); }
+// The texts of a group's leading info nodes.
+Names infosOf(SoNode* g)
+{
+    Names texts;
+    for (int i = 0; childAs<SoInfo>(g, i); ++i) texts.push_back(childAs<SoInfo>(g, i)->string.getValue().getString());
+    return texts;
+}
 
 }  // namespace
 
 TEST(Hierarchy, groupsBecomeNamedSeparatorsInFileOrder)
 {
+    // A primary record without push level takes the next record as its only child. A leaf
+    // group directly followed by a pop level takes that pop as its single child and ignores
+    // it, so the level it closed stays open: the established walk, kept. Primary records
+    // without converter are passed over silently.
     FltFixture db;
     db.header().push();
-    db.group("g1").push();
-    db.group("g2").push().pop();
-    db.group("g3").push().group("g4").push().pop().pop();
-    db.pop();
-    db.pop();
-    Converted c(db);
-    EXPECT_EQ(childTypes(c.root), (Types{"ShapeHints", "TextureCoordinateBinding", "NormalBinding", "Separator"}));
-    SoNode* g1 = hierarchyChild(c, 0);
-    EXPECT_EQ(g1->getName(), SbName("g1"));
-    EXPECT_EQ(childNames(g1), (Names{"g2", "g3"}));
-    EXPECT_EQ(childNames(childAs<SoNode>(g1, 1)), (Names{"g4"}));
-    EXPECT_TRUE(c.messages.empty());
-}
-
-TEST(Hierarchy, primaryRecordWithoutPushLevelTakesTheNextRecordAsItsOnlyChild)
-{
-    FltFixture db;
-    db.header().push();
+    db.group("g1").push().group("g2").push().pop().group("g3").push().group("g4").push().pop().pop().pop();
     db.group("outer").group("inner").push().pop();
-    db.group("after").push().pop();
-    db.pop();
-    Converted c(db);
-    SoNode* outer = hierarchyChild(c, 0);
-    EXPECT_EQ(outer->getName(), SbName("outer"));
-    EXPECT_EQ(childNames(outer), (Names{"inner"}));
-    EXPECT_EQ(hierarchyChild(c, 1)->getName(), SbName("after"));
-}
-
-TEST(Hierarchy, leafGroupTakesTheFollowingPopAsItsChild)
-{
-    // A group directly followed by a pop level takes that pop as its single child and
-    // ignores it, so the level it closed stays open: the established walk, kept.
-    FltFixture db;
-    db.header().push();
-    db.group("a").push();
-    db.group("leaf");
-    db.pop();
-    db.group("b").push().pop();
-    db.pop();
-    Converted c(db);
-    SoNode* a = hierarchyChild(c, 0);
-    EXPECT_EQ(childNames(a), (Names{"leaf", "b"}));
-    EXPECT_TRUE(c.messages.empty());
-}
-
-TEST(Hierarchy, theLastLongIdNamesTheNode)
-{
-    FltFixture db;
-    db.header().push();
-    db.group("short").longId("a_long_name").longId("the_final_name").push().pop();
-    db.pop();
-    Converted c(db);
-    EXPECT_EQ(hierarchyChild(c, 0)->getName(), SbName("the_final_name"));
-}
-
-TEST(Hierarchy, oneLineCommentBecomesOneInfoNode)
-{
-    FltFixture db;
-    db.header().push();
-    db.group("g").comment("built by hand").push().pop();
-    db.pop();
-    Converted c(db);
-    SoNode* g = hierarchyChild(c, 0);
-    ASSERT_EQ(childTypes(g), (Types{"Info"}));
-    EXPECT_EQ(childAs<SoInfo>(g, 0)->string.getValue(), SbString("built by hand"));
-}
-
-TEST(Hierarchy, commentLinesAfterTheFirstRunToTheEndOfTheComment)
-{
-    FltFixture db;
-    db.header().push();
-    db.group("ab").comment("A\nB").push().pop();
-    db.group("abc").comment("A\r\nB\nC").push().pop();
-    db.group("edge").comment("\nX\n").push().pop();
-    db.pop();
-    Converted c(db);
-    auto infos = [](SoNode* g) {
-        std::vector<std::string> texts;
-        for (int i = 0; childAs<SoInfo>(g, i); ++i) texts.push_back(childAs<SoInfo>(g, i)->string.getValue().getString());
-        return texts;
-    };
-    EXPECT_EQ(infos(hierarchyChild(c, 0)), (Names{"B", "B"}));
-    EXPECT_EQ(infos(hierarchyChild(c, 1)), (Names{"B\nC", "C", "C"}));
-    EXPECT_EQ(infos(hierarchyChild(c, 2)), (Names{"X\n"}));
-}
-
-TEST(Hierarchy, primaryRecordsWithoutConverterAreIgnoredSilently)
-{
-    FltFixture db;
-    db.header().push();
+    db.group("a").push().group("leaf").pop();
+    db.group("b").push().pop().pop();
     db.add(FltRecordBytes(101, 64));  // light source
     db.add(FltRecordBytes(99, 8));    // unknown opcode
     db.add(FltRecordBytes(200, 8));   // beyond the record set
-    db.group("g").push().pop();
+    Converted c(db.group("last").push().pop().pop());
+    EXPECT_EQ(hierarchy(c), "Separator:g1[Separator:g2 Separator:g3[Separator:g4]] Separator:outer[Separator:inner] "
+                            "Separator:a[Separator:leaf Separator:b] Separator:last");
+    EXPECT_TRUE(c.messages.empty());
+}
+
+TEST(Hierarchy, theLastLongIdNamesTheNodeAndCommentLinesAfterTheFirstRunToItsEnd)
+{
+    // Each line break cuts the comment, the piece after it running to the end: the first
+    // line gets no node of its own and "A\nB" two nodes of "B", kept on purpose.
+    const std::vector<std::pair<std::string, Names>> comments = {
+        {"built by hand", {"built by hand"}},
+        {"A\nB", {"B", "B"}},
+        {"A\r\nB\nC", {"B\nC", "C", "C"}},
+        {"\nX\n", {"X\n"}},
+    };
+    FltFixture db;
+    db.header().push();
+    db.group("short").longId("a_long_name").longId("the_final_name").push().pop();
+    for (const auto& comment : comments) db.group("g").comment(comment.first).push().pop();
     db.pop();
     Converted c(db);
-    EXPECT_EQ(childNames(c.root).back(), "g");
-    EXPECT_EQ(c.root->getNumChildren(), kHeaderChildren + 1);
-    EXPECT_TRUE(c.messages.empty());
+    EXPECT_EQ(hierarchyChild(c, 0)->getName(), SbName("the_final_name"));
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(childTypes(hierarchyChild(c, 1 + i)), Types(comments[i].second.size(), "Info"));
+        EXPECT_EQ(infosOf(hierarchyChild(c, 1 + i)), comments[i].second) << comments[i].first;
+    }
 }
 
 TEST(Hierarchy, popOnAnEmptyStackWarnsAndTheWalkGoesOn)
@@ -130,59 +68,24 @@ TEST(Hierarchy, popOnAnEmptyStackWarnsAndTheWalkGoesOn)
     db.header().push().pop().pop();
     db.group("late").push().pop();
     Converted c(db);
-    EXPECT_EQ(c.messages, (Names{"WARNING ! trying a pop() but stack is empty! (File corrupted ?)"}));
+    const std::string message = "WARNING ! trying a pop() but stack is empty! (File corrupted ?)";
+    EXPECT_EQ(c.messages, (Names{message}));
     EXPECT_EQ(c.levels, std::vector<int>{2});
-    EXPECT_NE(c.errors.find("WARNING ! trying a pop() but stack is empty! (File corrupted ?)\n(Warning Level: 2)\n\n"),
-              std::string::npos);
+    EXPECT_NE(c.errors.find(message + "\n(Warning Level: 2)\n\n"), std::string::npos);
     // "late" came after the root's level closed: it belongs to no group.
-    EXPECT_EQ(c.root->getNumChildren(), kHeaderChildren);
+    EXPECT_EQ(hierarchy(c), "");
 }
 
-TEST(Hierarchy, pushesNeverClosedEndWithTheRecords)
+TEST(Hierarchy, pushesNeverClosedEndWithTheRecordsAndRecordsBeforeTheFirstPushAreDropped)
 {
-    FltFixture db;
-    db.header().push().group("g").push().group("h").push();
-    Converted c(db);
-    SoNode* g = hierarchyChild(c, 0);
-    EXPECT_EQ(childNames(g), (Names{"h"}));
+    FltFixture open;
+    Converted c(open.header().push().group("g").push().group("h").push());
+    EXPECT_EQ(hierarchy(c), "Separator:g[Separator:h]");
     EXPECT_TRUE(c.messages.empty());
-}
-
-TEST(Hierarchy, primaryRecordsBeforeTheFirstPushAreDropped)
-{
-    FltFixture db;
-    db.header().group("early").push().group("inside").push().pop().pop();
-    Converted c(db);
     // "early" had no open group; its push then opens it as the current parent, out of the graph.
-    EXPECT_EQ(c.root->getNumChildren(), kHeaderChildren);
-    EXPECT_EQ(findNamed(c.root, "early"), nullptr);
-    EXPECT_EQ(findNamed(c.root, "inside"), nullptr);
-}
-
-TEST(Hierarchy, groupsUnderAGroupNamedLikeASwitchAreWrappedAndOffWithoutItsInfo)
-{
-    FltFixture db;
-    db.header().push();
-    db.group("s").longId("my_flt_switch").push();
-    db.group("c0").push().pop();
-    db.pop();
-    db.pop();
-    Converted c(db);
-    SoNode* s = hierarchyChild(c, 0);
-    ASSERT_EQ(childTypes(s), (Types{"Switch"}));
-    auto* wrapper = childAs<SoSwitch>(s, 0);
-    EXPECT_EQ(wrapper->getName(), SbName("child_of_my_flt_switch"));
-    EXPECT_EQ(wrapper->whichChild.getValue(), SO_SWITCH_NONE);
-    EXPECT_EQ(childNames(wrapper), (Names{"c0"}));
-    EXPECT_TRUE(c.hasMessage("ERROR ! SoInfo with switch properties not found"));
-}
-
-TEST(Hierarchy, emptyVertexPaletteAddsNoPropertyPaletteSwitch)
-{
-    FltFixture db;
-    db.header().vertexPalette().push().pop();
-    Converted c(db);
-    EXPECT_EQ(findNamed(c.root, "vertexPropertyPalette"), nullptr);
+    FltFixture early;
+    Converted e(early.header().group("early").push().group("inside").push().pop().pop());
+    EXPECT_EQ(hierarchy(e), "");
 }
 
 TEST(Hierarchy, hierarchyDeeperThanTheLimitIsCutWithOneMessage)
@@ -191,10 +94,10 @@ TEST(Hierarchy, hierarchyDeeperThanTheLimitIsCutWithOneMessage)
     db.header().push();
     for (int i = 0; i < 3000; ++i) db.group("d").push();
     for (int i = 0; i < 3000; ++i) db.pop();
-    db.pop();
-    Converted c(db);
+    Converted c(db.pop());
     ASSERT_EQ(c.messages.size(), 1u);
     EXPECT_NE(c.messages[0].find("nested more than"), std::string::npos);
+    EXPECT_EQ(c.levels, std::vector<int>{3});
     EXPECT_EQ(c.root->getRefCount(), 1);
 }
 
@@ -207,12 +110,11 @@ TEST(Hierarchy, commentOfManyLinesStopsRepeatingItsTextAtTheBudget)
     FltFixture db;
     db.header().push().group("g").comment(text).push().pop().pop();
     Converted c(db);
-    SoNode* g = hierarchyChild(c, 0);
-    const int infos = static_cast<SoGroup*>(g)->getNumChildren();
-    EXPECT_GT(infos, 100);
-    EXPECT_LT(infos, 32000);
+    const Names infos = infosOf(hierarchyChild(c, 0));
+    EXPECT_GT(infos.size(), 100u);
+    EXPECT_LT(infos.size(), 32000u);
     size_t total = 0;
-    for (int i = 0; i < infos; ++i) total += childAs<SoInfo>(g, i)->string.getValue().getLength();
+    for (const std::string& info : infos) total += info.size();
     EXPECT_LE(total, 16 * db.bytes().size() + (size_t(16) << 20));
     EXPECT_EQ(c.messages, (Names{"WARNING ! The lines of the comments would repeat more text than 16 times the "
                                  "database holds: further comment lines are not converted into info nodes"}));

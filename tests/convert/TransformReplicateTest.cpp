@@ -8,18 +8,19 @@
 
 namespace {
 
-using Types = std::vector<std::string>;
-using Names = std::vector<std::string>;
-
-constexpr int kHeaderChildren = 3;
-
-SoNode* hierarchyChild(const Converted& c, int index) { return childAs<SoNode>(c.root, kHeaderChildren + index); }
-
-// The x translation of a matrix transform, which tells the matrix records apart here.
-float translationX(SoNode* node)
+// The x translations of a group's matrix transforms (which tell the matrix records apart
+// here), and "node" for each child that is `node` itself.
+std::vector<std::string> shapeOf(SoNode* group, SoNode* node = nullptr)
 {
-    auto* transform = dynamic_cast<SoMatrixTransform*>(node);
-    return transform ? transform->matrix.getValue()[3][0] : -1.0f;
+    std::vector<std::string> shape;
+    auto* g = dynamic_cast<SoGroup*>(group);
+    for (int i = 0; g && i < g->getNumChildren(); ++i) {
+        if (auto* t = childAs<SoMatrixTransform>(g, i))
+            shape.push_back(std::to_string(static_cast<int>(t->matrix.getValue()[3][0])));
+        else
+            shape.push_back(g->getChild(i) == node ? "node" : g->getChild(i)->getTypeId().getName().getString());
+    }
+    return shape;
 }
 
 }  // namespace
@@ -28,99 +29,53 @@ float translationX(SoNode* node)
 
 TEST(Matrix, becomesTheGroupsFirstChildInFileOrderWithoutTransposition)
 {
+    // The modelling transforms that come with the composed matrix change nothing.
     const float m[16] = {1, 2, 3, 0, 5, 6, 7, 0, 9, 10, 11, 0, 13, 14, 15, 1};
     FltFixture db;
-    db.header().push();
-    db.group("g").matrix(m).push().group("child").push().pop().pop();
-    db.pop();
-    Converted c(db);
-    SoNode* g = hierarchyChild(c, 0);
-    ASSERT_EQ(childTypes(g), (Types{"MatrixTransform", "Separator"}));
-    const SbMatrix& value = childAs<SoMatrixTransform>(g, 0)->matrix.getValue();
+    db.header().push().group("g").matrix(m);
+    // Translate, non-uniform scale, rotate about point, rotate about edge, general matrix.
+    for (auto [opcode, length] : {std::pair{78, 56}, {79, 48}, {80, 48}, {76, 64}, {94, 68}})
+        db.add(FltRecordBytes(static_cast<uint16_t>(opcode), static_cast<size_t>(length)));
+    Converted c(db.push().group("child").push().pop().pop().pop());
+    EXPECT_EQ(hierarchy(c), "Separator:g[MatrixTransform Separator:child]");
+    const SbMatrix& value = childAs<SoMatrixTransform>(hierarchyChild(c, 0), 0)->matrix.getValue();
     for (int row = 0; row < 4; ++row)
         for (int col = 0; col < 4; ++col) EXPECT_EQ(value[row][col], m[4 * row + col]) << row << "," << col;
 }
 
-TEST(Matrix, modellingTransformsWithoutTheComposedMatrixChangeNothing)
-{
-    FltFixture db;
-    db.header().push();
-    db.group("g");
-    db.add(FltRecordBytes(78, 56));  // translate
-    db.add(FltRecordBytes(79, 48));  // non-uniform scale
-    db.add(FltRecordBytes(80, 48));  // rotate about point
-    db.add(FltRecordBytes(76, 64));  // rotate about edge
-    db.add(FltRecordBytes(94, 68));  // general matrix
-    db.push().pop();
-    db.pop();
-    Converted c(db);
-    EXPECT_EQ(childTypes(hierarchyChild(c, 0)), Types{});
-    EXPECT_EQ(c.root->getNumChildren(), kHeaderChildren + 1);
-}
-
 // ---- Replication ----
 
-TEST(Replicate, countZeroLeavesAnEmptySeparatorBesideTheNode)
-{
-    FltFixture db;
-    db.header().push();
-    db.group("g").replicate(0).translationMatrix(7, 0, 0).push().pop();
-    db.pop();
-    Converted c(db);
-    EXPECT_EQ(childNames(c.root).back(), "Replications");
-    SoNode* g = hierarchyChild(c, 0);
-    auto* replications = childAs<SoSeparator>(c.root, kHeaderChildren + 1);
-    ASSERT_NE(replications, nullptr);
-    EXPECT_EQ(replications->getNumChildren(), 0);
-    // The matrix after an empty replication belongs to the node as usual.
-    ASSERT_EQ(childTypes(g), (Types{"MatrixTransform"}));
-    EXPECT_EQ(translationX(childAs<SoNode>(g, 0)), 7.0f);
-}
-
-TEST(Replicate, eachCopyTakesTheMatrixAfterTheOneTested)
+TEST(Replicate, eachCopyTakesTheMatrixAfterTheOneTestedAndTheRestReachTheNode)
 {
     // Test and use are one record apart: 1 is tested and 2 used, then 3 tested and 4 used.
-    FltFixture db;
-    db.header().push();
-    db.group("g").replicate(1).translationMatrix(1, 0, 0).translationMatrix(2, 0, 0).push().pop();
-    db.group("h").replicate(5);
-    for (int i = 1; i <= 4; ++i) db.translationMatrix(static_cast<float>(i), 0, 0);
-    db.push().pop();
-    db.pop();
-    Converted c(db);
-    ASSERT_EQ(childNames(c.root),
-              (Names{"", "", "", "g", "Replications", "h", "Replications"}));
-    SoNode* g = hierarchyChild(c, 0);
-    SoNode* one = hierarchyChild(c, 1);
-    ASSERT_EQ(childTypes(one), (Types{"MatrixTransform", "Separator"}));
-    EXPECT_EQ(translationX(childAs<SoNode>(one, 0)), 2.0f);
-    EXPECT_EQ(childAs<SoNode>(one, 1), g);  // the node itself, not a copy
-    EXPECT_EQ(childTypes(g), Types{});      // the tested matrix is used by no one
-
-    SoNode* h = hierarchyChild(c, 2);
-    SoNode* many = hierarchyChild(c, 3);
-    ASSERT_EQ(childTypes(many), (Types{"MatrixTransform", "Separator", "MatrixTransform", "Separator"}));
-    EXPECT_EQ(translationX(childAs<SoNode>(many, 0)), 2.0f);
-    EXPECT_EQ(translationX(childAs<SoNode>(many, 2)), 4.0f);
-    EXPECT_EQ(childAs<SoNode>(many, 1), h);
-    EXPECT_EQ(childAs<SoNode>(many, 3), h);
-}
-
-TEST(Replicate, matricesLeftAfterTheCountReachTheNode)
-{
-    FltFixture db;
-    db.header().push();
-    db.group("g").replicate(2);
-    for (int i = 1; i <= 5; ++i) db.translationMatrix(static_cast<float>(i), 0, 0);
-    db.push().pop();
-    db.pop();
-    Converted c(db);
-    SoNode* replications = hierarchyChild(c, 1);
-    ASSERT_EQ(replications->getName(), SbName("Replications"));
-    EXPECT_EQ(childTypes(replications).size(), 4u);
-    SoNode* g = hierarchyChild(c, 0);
-    ASSERT_EQ(childTypes(g), (Types{"MatrixTransform"}));
-    EXPECT_EQ(translationX(childAs<SoNode>(g, 0)), 5.0f);
+    // The copies are the node itself; the tested matrices serve no one; matrices left after
+    // the count, or after an empty replication, belong to the node. A replication at the
+    // end of the records stops there.
+    struct Case {
+        int32_t count;
+        int matrices;
+        bool closed;  // a push and pop level after the matrices
+        Names node, replications;
+    };
+    const Case cases[] = {
+        {0, 1, true, {"1"}, {}},
+        {1, 2, true, {}, {"2", "node"}},
+        {5, 4, true, {}, {"2", "node", "4", "node"}},
+        {2, 5, true, {"5"}, {"2", "node", "4", "node"}},
+        {4, 3, false, {}, {"2", "node"}},
+    };
+    for (const Case& k : cases) {
+        SCOPED_TRACE(k.count);
+        FltFixture db;
+        db.header().push().group("g").replicate(k.count);
+        for (int i = 1; i <= k.matrices; ++i) db.translationMatrix(static_cast<float>(i), 0, 0);
+        if (k.closed) db.push().pop().pop();
+        Converted c(db);
+        ASSERT_EQ(childNames(c.root), (Names{"", "", "", "g", "Replications"}));
+        EXPECT_EQ(shapeOf(hierarchyChild(c, 0)), k.node);
+        EXPECT_EQ(shapeOf(hierarchyChild(c, 1), hierarchyChild(c, 0)), k.replications);
+        EXPECT_TRUE(c.messages.empty());
+    }
 }
 
 TEST(Replicate, recordAfterTheTestedMatrixNotAMatrix_stopsTheReplication)
@@ -129,14 +84,9 @@ TEST(Replicate, recordAfterTheTestedMatrixNotAMatrix_stopsTheReplication)
     db.header().push();
     db.group("g").replicate(3).translationMatrix(1, 0, 0).comment("not a matrix").push().pop();
     db.group("h").replicate(3).comment("first").push().pop();
-    db.pop();
-    Converted c(db);
-    SoNode* replications = hierarchyChild(c, 1);
-    ASSERT_EQ(replications->getName(), SbName("Replications"));
-    EXPECT_EQ(childTypes(replications), Types{});
+    Converted c(db.pop());
     // The record that stopped the replication is passed over, whichever step met it.
-    EXPECT_EQ(childTypes(hierarchyChild(c, 0)), Types{});
-    EXPECT_EQ(childTypes(hierarchyChild(c, 2)), Types{});
+    EXPECT_EQ(hierarchy(c), "Separator:g Separator:Replications Separator:h Separator:Replications");
     EXPECT_TRUE(c.messages.empty());
 }
 
@@ -149,24 +99,11 @@ TEST(Replicate, eachCopyPassesOverOneRecordAfterTheAncillaryRecords)
     FltFixture db;
     db.header().push();
     db.group("g").replicate(1).translationMatrix(1, 0, 0).translationMatrix(2, 0, 0).push();
-    db.group("a").push().pop();
-    db.group("b").push().pop();
+    db.group("a").push().pop().group("b").push().pop();
     db.pop();
     db.group("after").push().pop();
-    db.pop();
-    Converted c(db);
-    EXPECT_EQ(childNames(c.root), (Names{"", "", "", "g", "Replications", "b"}));
-    EXPECT_EQ(childNames(hierarchyChild(c, 0)), (Names{"a"}));
+    Converted c(db.pop());
+    EXPECT_EQ(hierarchy(c), "Separator:g[Separator:a] Separator:Replications[MatrixTransform Separator:g[Separator:a]] "
+                            "Separator:b");
     EXPECT_EQ(c.messages, (Names{"WARNING ! trying a pop() but stack is empty! (File corrupted ?)"}));
-}
-
-TEST(Replicate, replicationAtTheEndOfTheRecordsStopsThere)
-{
-    FltFixture db;
-    db.header().push();
-    db.group("g").replicate(4).translationMatrix(1, 0, 0).translationMatrix(2, 0, 0).translationMatrix(3, 0, 0);
-    Converted c(db);
-    SoNode* replications = hierarchyChild(c, 1);
-    ASSERT_NE(replications, nullptr);
-    EXPECT_EQ(childTypes(replications), (Types{"MatrixTransform", "Separator"}));
 }

@@ -2,7 +2,6 @@
 // offset map finds it again.
 #include <gtest/gtest.h>
 
-#include <Inventor/SbColor.h>
 #include <Inventor/nodes/SoSwitch.h>
 #include <Inventor/nodes/SoVertexProperty.h>
 
@@ -41,11 +40,6 @@ public:
     int status = -1;
 };
 
-uint32_t abgrWord(uint8_t a, uint8_t b, uint8_t g, uint8_t r)
-{
-    return (uint32_t(a) << 24) | (uint32_t(b) << 16) | (uint32_t(g) << 8) | r;
-}
-
 FltVertexSpec at(double x, double y, double z)
 {
     FltVertexSpec s;
@@ -55,11 +49,10 @@ FltVertexSpec at(double x, double y, double z)
 
 }  // namespace
 
-TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnProperty)
+TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnPropertyAndTheOffsetMapFindsIt)
 {
     FltFixture db;
-    db.header();
-    db.vertexPalette();
+    db.header().vertexPalette();
     FltVertexSpec a = at(1, 2, 3), b = at(4, 5, 6), c = at(7, 8, 9), d = at(10, 11, 12);
     b.i = 0, b.j = 1, b.k = 0;
     c.u = 0.25f, c.v = 0.75f;
@@ -72,16 +65,14 @@ TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnProperty)
     HeldConversion h(db);
     ASSERT_EQ(h.status, 0);
 
-    auto* palette = dynamic_cast<SoSwitch*>(findNamed(h.root, "vertexPropertyPalette"));
-    ASSERT_NE(palette, nullptr);
-    EXPECT_EQ(palette->whichChild.getValue(), SO_SWITCH_NONE);
-    EXPECT_EQ(childNames(palette), (std::vector<std::string>{"vertexColorProperty", "vertexColorNormalProperty",
-                                                             "vertexColorUVProperty", "vertexColorNormalUVProperty"}));
-
+    SoNode* palette = findNamed(h.root, "vertexPropertyPalette");
+    EXPECT_EQ(tree(palette), "Switch:vertexPropertyPalette[VertexProperty:vertexColorProperty "
+                             "VertexProperty:vertexColorNormalProperty VertexProperty:vertexColorUVProperty "
+                             "VertexProperty:vertexColorNormalUVProperty]");
+    EXPECT_EQ(static_cast<SoSwitch*>(palette)->whichChild.getValue(), SO_SWITCH_NONE);
     SoVertexProperty* colour = h.property("vertexColorProperty");
     ASSERT_EQ(colour->vertex.getNum(), 1);
     EXPECT_EQ(colour->vertex[0], SbVec3f(1, 2, 3));
-    EXPECT_EQ(colour->orderedRGBA[0], 0xFFFFFFFFu);
     EXPECT_EQ(colour->normal.getNum(), 0);
     SoVertexProperty* normalUv = h.property("vertexColorNormalUVProperty");
     ASSERT_EQ(normalUv->vertex.getNum(), 1);
@@ -90,110 +81,82 @@ TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnProperty)
     EXPECT_EQ(h.property("vertexColorNormalProperty")->normal[0], SbVec3f(0, 1, 0));
     EXPECT_EQ(h.property("vertexColorUVProperty")->texCoord[0], SbVec2f(0.5f, 0.125f));
 
-    for (uint64_t offset : {8u, 48u, 104u, 168u}) EXPECT_EQ(h.converter.getIndexVertexFromOffset(offset), 0);
-    EXPECT_EQ(h.converter.getSizeVertexFromOffset(48), 56);
+    // Each offset finds its vertex's property and size; an offset no vertex occupies, nothing.
+    EXPECT_EQ(h.converter.getSoVertexPropertyFromOffset(48), h.property("vertexColorNormalProperty"));
     EXPECT_EQ(h.converter.getSoVertexPropertyFromOffset(168), h.property("vertexColorUVProperty"));
+    EXPECT_EQ(h.converter.getSizeVertexFromOffset(104), 64);
     EXPECT_EQ(h.converter.getSoVertexPropertyFromOffset(12), nullptr);
-    EXPECT_EQ(h.converter.getIndexVertexFromOffset(12), 0);
     EXPECT_EQ(h.converter.getSizeVertexFromOffset(12), 0);
-}
 
-TEST(VertexPalette, onlyColourAndNormalVerticesGiveAPaletteSwitchWithOneChild)
-{
-    FltFixture db;
-    db.header().vertexPalette();
-    db.vertexColorNormal(at(0, 0, 0));
-    db.vertexColorNormal(at(1, 0, 0));
-    db.push().pop();
-    Converted c(db);
-    auto* palette = findNamed(c.root, "vertexPropertyPalette");
-    ASSERT_NE(palette, nullptr);
-    EXPECT_EQ(childNames(palette), std::vector<std::string>{"vertexColorNormalProperty"});
-    // The palette switch follows the header's nodes under the root.
-    EXPECT_EQ(childTypes(c.root).back(), "Switch");
+    FltFixture empty;  // an empty palette adds no switch
+    Converted e(empty.header().vertexPalette().push().pop());
+    EXPECT_EQ(hierarchy(e), "");
 }
 
 TEST(VertexPalette, vertexColoursFollowFlagsPackedColoursAndIndices)
 {
-    FltFixture db;
-    db.header();
+    // Entry 3 of the colour palette: red 0x10, green 0x20, blue 0x30, alpha 0x80.
     std::vector<uint32_t> colors(1024, 0);
-    colors[3] = abgrWord(0x80, 0x30, 0x20, 0x10);  // red 0x10, green 0x20, blue 0x30, alpha 0x80
-    db.colorPalette(colors);
-    db.vertexPalette();
-    FltVertexSpec noColor = at(0, 0, 0);
-    noColor.flags = 0x2000;
-    noColor.packed[3] = 0x55;
-    db.vertexColor(noColor);
-    FltVertexSpec packed = at(0, 0, 0);
-    packed.flags = 0x1000;
-    packed.packed[0] = 255, packed.packed[1] = 0, packed.packed[2] = 0, packed.packed[3] = 255;
-    db.vertexColor(packed);
-    FltVertexSpec full = at(0, 0, 0);
-    full.flags = 0;
-    full.vertexColorIndex = 16384 * 3 + 128 * 127;
-    db.vertexColor(full);
-    FltVertexSpec dark = full;
-    dark.vertexColorIndex = 16384 * 3;
-    db.vertexColor(dark);
-    FltVertexSpec beyond = full;
-    beyond.vertexColorIndex = 0x20001 * 128;
-    db.vertexColor(beyond);
-    FltVertexSpec negative = full;
-    negative.vertexColorIndex = -128;
-    db.vertexColor(negative);
-    FltVertexSpec fullKind4 = full;
-    db.vertexColorNormalUv(fullKind4);
-    FltVertexSpec smallNegativeKind4 = full;
-    smallNegativeKind4.vertexColorIndex = -5;
-    db.vertexColorNormalUv(smallNegativeKind4);
+    colors[3] = 0x80302010u;
+    struct Row {
+        const char* what;
+        bool richest;  // of the kind with normal and texture coordinates
+        uint16_t flags;
+        int32_t index;
+        uint32_t rgba;
+    };
+    const Row rows[] = {
+        {"no colour, whatever is packed: white", false, 0x2000, 0, 0xFFFFFFFFu},
+        // Kept on purpose: the file's alpha goes in as a transparency, so opaque is stored 0.
+        {"packed opaque red", false, 0x1000, 0, 0xFF000000u},
+        {"entry 3 at full intensity keeps its transparency", false, 0, 16384 * 3 + 128 * 127, 0x10203080u},
+        {"intensity 0: black with the entry's transparency", false, 0, 16384 * 3, 0x00000080u},
+        {"entry beyond the table: white", false, 0, 0x20001 * 128, 0xFFFFFFFFu},
+        {"negative index: white", false, 0, -128, 0xFFFFFFFFu},
+        // Kept on purpose: packed fully transparent, and every negative index white.
+        {"richest kind, entry 3 at full intensity", true, 0, 16384 * 3 + 128 * 127, 0x10203000u},
+        {"richest kind, small negative index", true, 0, -5, 0xFFFFFFFFu},
+    };
+    FltFixture db;
+    db.header().colorPalette(colors).vertexPalette();
+    for (const Row& row : rows) {
+        FltVertexSpec s;
+        s.flags = row.flags;
+        s.packed[0] = 255, s.packed[3] = 255;  // opaque red, where the flags ask for it
+        s.vertexColorIndex = row.index;
+        row.richest ? db.vertexColorNormalUv(s) : db.vertexColor(s);
+    }
     db.push().pop();
     HeldConversion h(db);
-
+    // The palette switch, after the header's nodes, holds only the kinds present.
+    const std::string palette = "Switch:vertexPropertyPalette[VertexProperty:vertexColorProperty ";
+    EXPECT_EQ(tree(h.root->getChild(kHeaderChildren)), palette + "VertexProperty:vertexColorNormalUVProperty]");
     SoVertexProperty* colour = h.property("vertexColorProperty");
-    ASSERT_EQ(colour->orderedRGBA.getNum(), 6);
-    EXPECT_EQ(colour->orderedRGBA[0], 0xFFFFFFFFu);
-    // Packed: opaque red in the file is stored with alpha 0 (the file's alpha inverted).
-    EXPECT_EQ(colour->orderedRGBA[1], 0xFF000000u);
-    // Entry 3 at full intensity keeps the entry's own transparency (alpha 0x80).
-    EXPECT_EQ(colour->orderedRGBA[2], 0x10203080u);
-    // Intensity 0 is black with the entry's transparency.
-    EXPECT_EQ(colour->orderedRGBA[3], 0x00000080u);
-    EXPECT_EQ(colour->orderedRGBA[4], 0xFFFFFFFFu);
-    EXPECT_EQ(colour->orderedRGBA[5], 0xFFFFFFFFu);
-
     SoVertexProperty* richest = h.property("vertexColorNormalUVProperty");
+    ASSERT_EQ(colour->orderedRGBA.getNum(), 6);
     ASSERT_EQ(richest->orderedRGBA.getNum(), 2);
-    EXPECT_EQ(richest->orderedRGBA[0], 0x10203000u);  // packed fully transparent for this kind
-    EXPECT_EQ(richest->orderedRGBA[1], 0xFFFFFFFFu);  // every negative index is white for it
+    int n[2] = {0, 0};
+    for (const Row& row : rows)
+        EXPECT_EQ((row.richest ? richest : colour)->orderedRGBA[n[row.richest]++], row.rgba) << row.what;
 }
 
-TEST(VertexPalette, the100001stVertexGrowsThePropertyTo150100Entries)
+TEST(VertexPalette, the100001stVertexGrowsItsPropertyAndColourOnlyPositionsGoToAnotherPropertysArray)
 {
+    // Before the first push level nothing is trimmed: the fields have grown once, to 1.5 x
+    // 100000 + 100 entries. After that growth, positions of colour-only vertices continue in
+    // the vertex array of the colour-and-texture property: kept on purpose. Here that array
+    // is empty, so the positions are dropped and the vertices stay at the origin.
     FltFixture db;
     db.header().vertexPalette();
     for (int i = 0; i <= 100000; ++i) db.vertexColorNormalUv(at(i, 0, 0));
+    for (int i = 0; i <= 100001; ++i) db.vertexColor(at(1, 1, 1));
     HeldConversion h(db);
-    // Before the first push level nothing is trimmed: the fields have grown once.
     SoVertexProperty* richest = h.converter.getVertexPropertyFromIntId(VERTEX_COLOR_NORMAL_UV_PROPERTY_ID);
     EXPECT_EQ(richest->vertex.getNum(), 150100);
     EXPECT_EQ(richest->texCoord.getNum(), 150100);
     EXPECT_EQ(richest->vertex[100000], SbVec3f(100000, 0, 0));
     EXPECT_EQ(h.converter.getIndexVertexFromOffset(8 + 64 * 100000), 100000);
-}
-
-TEST(VertexPalette, colourOnlyPositionsPastTheFirst100000GoToAnotherPropertysArray)
-{
-    // After the first growth, positions of colour-only vertices continue in the vertex array
-    // of the colour-and-texture property: kept on purpose. Here that array is too short, so
-    // the positions are dropped and the vertices stay at the origin.
-    FltFixture db;
-    db.header().vertexPalette();
-    for (int i = 0; i <= 100001; ++i) db.vertexColor(at(1, 1, 1));
-    db.push().pop();
-    HeldConversion h(db);
-    SoVertexProperty* colour = h.property("vertexColorProperty");
-    ASSERT_EQ(colour->vertex.getNum(), 100002);
+    SoVertexProperty* colour = h.converter.getVertexPropertyFromIntId(VERTEX_COLOR_PROPERTY_ID);
     EXPECT_EQ(colour->vertex[99999], SbVec3f(1, 1, 1));
     EXPECT_EQ(colour->vertex[100000], SbVec3f(0, 0, 0));
     EXPECT_EQ(colour->vertex[100001], SbVec3f(0, 0, 0));

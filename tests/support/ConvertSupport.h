@@ -15,11 +15,16 @@
 #include "diagnostics/FltWarningMessageConsole.h"
 
 // One conversion of a fixture: the root (released at the end), what went to standard
-// error, the console messages it added and the log file's text.
+// output and error, the console messages it added and the log file's text.
 class Converted {
 public:
     Converted(FltFixture& db, const std::string& name = "db.flt") { run(db.bytes(), name); }
     explicit Converted(const std::string& bytes, const std::string& name = "db.flt") { run(bytes, name); }
+    // A file written elsewhere (or absent), converted under the path given.
+    struct File {
+        std::string path;
+    };
+    explicit Converted(const File& file) { convert(file.path); }
     ~Converted()
     {
         if (root) {
@@ -41,6 +46,7 @@ public:
     ScratchDir dir;
     std::string path;
     SoSeparator* root = nullptr;
+    std::string printed;
     std::string errors;
     std::vector<std::string> messages;
     std::vector<int> levels;
@@ -48,13 +54,18 @@ public:
 private:
     void run(const std::string& bytes, const std::string& name)
     {
+        writeFile(dir.file(name), bytes);
+        convert(dir.file(name));
+    }
+    void convert(const std::string& file)
+    {
         SoDB::init();
-        path = dir.file(name);
-        writeFile(path, bytes);
+        path = file;
         const size_t before = FltWarningMessageConsole::getMessages().size();
         {
             CaptureStream out(std::cout), err(std::cerr);
             root = convertFrom(path.c_str());
+            printed = out.text();
             errors = err.text();
         }
         const auto& all = FltWarningMessageConsole::getMessages();
@@ -120,4 +131,35 @@ T* childAs(SoNode* node, int index)
     if (!group || index < 0 || index >= group->getNumChildren()) return nullptr;
     SoNode* child = group->getChild(index);
     return child->isOfType(T::getClassTypeId()) ? static_cast<T*>(child) : nullptr;
+}
+
+using Types = std::vector<std::string>;
+using Names = std::vector<std::string>;
+
+// The root's first children (shape hints and two bindings) come before the hierarchy.
+constexpr int kHeaderChildren = 3;
+
+// A child of the root after the header's nodes, by position.
+inline SoNode* hierarchyChild(const Converted& c, int index) { return childAs<SoNode>(c.root, kHeaderChildren + index); }
+
+// A subtree as text: each node as its type, then ":name" when it has one, then its children
+// in brackets, e.g. "Separator:g[Separator:a Switch:w[Separator:b] Info]".
+inline std::string tree(SoNode* node)
+{
+    if (!node) return "null";
+    std::string text = node->getTypeId().getName().getString();
+    if (node->getName().getLength() > 0) text += std::string(":") + node->getName().getString();
+    auto* group = dynamic_cast<SoGroup*>(node);
+    if (!group || group->getNumChildren() == 0) return text;
+    for (int i = 0; i < group->getNumChildren(); ++i) text += (i ? " " : "[") + tree(group->getChild(i));
+    return text + "]";
+}
+
+// What a conversion built below its root's header nodes, as trees one after the other.
+inline std::string hierarchy(const Converted& c)
+{
+    std::string text;
+    for (int i = kHeaderChildren; i < c.root->getNumChildren(); ++i)
+        text += (text.empty() ? "" : " ") + tree(c.root->getChild(i));
+    return text;
 }
