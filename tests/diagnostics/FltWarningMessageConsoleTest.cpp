@@ -23,7 +23,7 @@ TEST_F(ConsoleTest, echoAndListingFormats_warningLevelFiltersNothing)
     const std::string echo = "WARNING ! low\n(Warning Level: 1)\n\n";
     EXPECT_EQ(err.text(), echo);
     Console::showMessagesConsole(4);
-    Console::showMessagesConsole(2);  // listed without the blank line, the low one left out
+    Console::showMessagesConsole(3);  // from level 3 on, without the blank line
     EXPECT_EQ(err.text(), echo + "temporary\n(Warning Level: 3)\n");
     Console::setWarningLevel(0);
 }
