@@ -3,6 +3,7 @@
 //
 //   qetzflt-fuzz-corpus DIR
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -12,38 +13,10 @@
 
 namespace {
 
-FltVertexSpec at(double x, double y, double z)
-{
-    FltVertexSpec s;
-    s.x = x, s.y = y, s.z = z;
-    return s;
-}
-
-// A palette of three vertices of each kind, then a body written by the caller.
-std::vector<int32_t> palette(FltFixture& db, int kind)
-{
-    db.vertexPalette();
-    std::vector<int32_t> offsets;
-    for (int i = 0; i < 3; ++i) {
-        FltVertexSpec v = at(i, i % 2, 0);
-        v.flags = static_cast<uint16_t>(i == 0 ? 0x2000 : i == 1 ? 0x1000 : 0);
-        v.vertexColorIndex = 16384 * i + 127;
-        switch (kind) {
-        case 68: offsets.push_back(db.vertexColor(v)); break;
-        case 69: offsets.push_back(db.vertexColorNormal(v)); break;
-        case 70: offsets.push_back(db.vertexColorNormalUv(v)); break;
-        default: offsets.push_back(db.vertexColorUv(v)); break;
-        }
-    }
-    return offsets;
-}
-
-void save(const std::string& dir, const std::string& name, const std::string& bytes)
-{
-    FltFixture raw;
-    raw.raw(bytes);
-    raw.save(dir + "/" + name);
-}
+struct VertexKind {
+    int opcode;
+    int32_t (FltFixture::*write)(const FltVertexSpec&);
+};
 
 }  // namespace
 
@@ -55,26 +28,35 @@ int main(int argc, char** argv)
     }
     const std::string dir = argv[1];
     std::filesystem::create_directories(dir);
-    save(dir, "every-record.flt", everyrecord::build());
+    std::ofstream(dir + "/every-record.flt", std::ios::binary) << everyrecord::build();
 
-    for (int kind : {68, 69, 70, 71}) {
+    // Per vertex kind: a textured face with a material and its subface over three vertices
+    // (no colour, packed colour, colour index), in an object under a commented group.
+    const VertexKind kinds[] = {{68, &FltFixture::vertexColor},
+                                {69, &FltFixture::vertexColorNormal},
+                                {70, &FltFixture::vertexColorNormalUv},
+                                {71, &FltFixture::vertexColorUv}};
+    for (const VertexKind& kind : kinds) {
         FltFixture db;
-        db.header(kind == 68 ? 1420 : 1570);
-        db.texturePattern(1, "t.rgb");
         const float diffuse[3] = {1, 0.5f, 0.25f};
-        db.material(0, diffuse, 32, 0.5f);
-        std::vector<int32_t> v = palette(db, kind);
-        db.push().group("g").comment("a\nb").push().object("o", 1000).push();
+        db.header(kind.opcode == 68 ? 1420 : 1570).texturePattern(1, "t.rgb").material(0, diffuse, 32, 0.5f);
+        db.vertexPalette();
+        std::vector<int32_t> v;
+        for (int i = 0; i < 3; ++i) {
+            FltVertexSpec s;
+            s.x = i, s.y = i % 2;
+            s.flags = static_cast<uint16_t>(i == 0 ? 0x2000 : i == 1 ? 0x1000 : 0);
+            s.vertexColorIndex = 16384 * i + 127;
+            v.push_back((db.*kind.write)(s));
+        }
         FltFaceSpec face;
         face.texturePatternIndex = 1;
         face.materialIndex = 0;
-        db.face(face).push().vertexList(v).pop();
-        db.pushSubface();
+        db.push().group("g").comment("a\nb").push().object("o", 1000).push();
+        db.face(face).push().vertexList(v).pop().pushSubface();
         face.flags = 0x10000000;
-        db.face(face).push().vertexList(v).pop();
-        db.popSubface();
-        db.pop().pop().pop();
-        save(dir, "faces-" + std::to_string(kind) + ".flt", db.bytes());
+        db.face(face).push().vertexList(v).pop().popSubface().pop().pop().pop();
+        db.save(dir + "/faces-" + std::to_string(kind.opcode) + ".flt");
     }
 
     FltFixture nodes;
@@ -84,23 +66,14 @@ int main(int argc, char** argv)
     nodes.dof("dof").translationMatrix(1, 2, 3).push().pop();
     nodes.group("rep").replicate(3).translationMatrix(1, 0, 0).translationMatrix(1, 0, 0).push().pop();
     nodes.instanceDefinition(1).group("def").push().pop();
-    nodes.instanceReference(1);
-    nodes.externalReference("ref.flt");
-    nodes.externalReference("./db.flt");
-    nodes.text("label").push().pop();
-    nodes.pop();
-    save(dir, "nodes.flt", nodes.bytes());
+    nodes.instanceReference(1).externalReference("ref.flt").externalReference("./db.flt");
+    nodes.text("label").push().pop().pop().save(dir + "/nodes.flt");
 
+    // A revision 13 face over old vertex records (opcode 9, with texture coordinates).
     FltFixture old;
-    old.header(1300).push().object("old").push();
-    old.face().push();
-    for (int i = 0; i < 3; ++i) {
-        FltRecordBytes r(9, 40);
-        r.i32(4, i).i32(8, i % 2);
-        old.add(r);
-    }
-    old.pop().pop().pop();
-    save(dir, "old-vertices.flt", old.bytes());
+    old.header(1300).push().object("old").push().face().push();
+    for (int i = 0; i < 3; ++i) old.add(FltRecordBytes(9, 40).i32(4, i).i32(8, i % 2));
+    old.pop().pop().pop().save(dir + "/old-vertices.flt");
     std::cout << "wrote the seed corpus to " << dir << "\n";
     return 0;
 }

@@ -4,80 +4,47 @@
 #include "TestSupport.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 
+using Console = FltWarningMessageConsole;
+
 class ConsoleTest : public ::testing::Test {
 protected:
-    void SetUp() override { FltWarningMessageConsole::clearMessages(); }
-    void TearDown() override { FltWarningMessageConsole::clearMessages(); }
+    void SetUp() override { Console::clearMessages(); }
+    void TearDown() override { Console::clearMessages(); }
 };
 
-TEST_F(ConsoleTest, echoedMessageIsFollowedByItsLevelAndABlankLine)
+TEST_F(ConsoleTest, echoAndListingFormats_warningLevelFiltersNothing)
 {
     CaptureStream err(std::cerr);
-    FltWarningMessageConsole::notifyMessage("WARNING ! something", 2, true);
-    EXPECT_EQ(err.text(), "WARNING ! something\n(Warning Level: 2)\n\n");
-    ASSERT_EQ(FltWarningMessageConsole::getMessages().size(), 1u);
-    EXPECT_EQ(FltWarningMessageConsole::getMessages()[0].level, 2);
-}
-
-TEST_F(ConsoleTest, unshownMessageIsStoredAndListedLaterWithoutTheBlankLine)
-{
-    CaptureStream err(std::cerr);
-    FltWarningMessageConsole::notifyMessage("x", 3, false);
-    EXPECT_EQ(err.text(), "");
-    FltWarningMessageConsole::showMessagesConsole(3);
-    EXPECT_EQ(err.text(), "x\n(Warning Level: 3)\n");
-}
-
-TEST_F(ConsoleTest, listingSkipsMessagesBelowTheMinimumLevel)
-{
-    FltWarningMessageConsole::notifyMessage("low", 1, false);
-    FltWarningMessageConsole::notifyMessage("high", 3, false);
-    CaptureStream err(std::cerr);
-    FltWarningMessageConsole::showMessagesConsole(4);
-    EXPECT_EQ(err.text(), "");
-    FltWarningMessageConsole::showMessagesConsole(2);
-    EXPECT_EQ(err.text(), "high\n(Warning Level: 3)\n");
-}
-
-TEST_F(ConsoleTest, storedTextIsACopyOfTheCallersBuffer)
-{
-    char buffer[16] = "temporary";
-    FltWarningMessageConsole::notifyMessage(buffer, 3, false);
+    Console::setWarningLevel(3);  // stored, but filters nothing
+    char buffer[16] = "temporary";  // copied: callers pass text formatted into temporary buffers
+    Console::notifyMessage(buffer, 3, false);
     buffer[0] = 'X';
-    EXPECT_STREQ(FltWarningMessageConsole::getMessages()[0].getMessage(), "temporary");
-}
-
-TEST_F(ConsoleTest, warningLevelIsStoredButFiltersNothing)
-{
-    FltWarningMessageConsole::setDefaultWarningLevel();
-    EXPECT_EQ(FltWarningMessageConsole::currentWarningLevel, 2);
-    FltWarningMessageConsole::setWarningLevel(3);
-    EXPECT_EQ(FltWarningMessageConsole::currentWarningLevel, 3);
-    CaptureStream err(std::cerr);
-    FltWarningMessageConsole::notifyMessage("level one", 1, true);
-    EXPECT_EQ(err.text(), "level one\n(Warning Level: 1)\n\n");
-    EXPECT_EQ(FltWarningMessageConsole::getInstance(), FltWarningMessageConsole::getInstance());
-    FltWarningMessageConsole::setWarningLevel(0);
+    Console::notifyMessage("WARNING ! low", 1, true);
+    const std::string echo = "WARNING ! low\n(Warning Level: 1)\n\n";
+    EXPECT_EQ(err.text(), echo);
+    Console::showMessagesConsole(4);
+    Console::showMessagesConsole(3);  // from level 3 on, without the blank line
+    EXPECT_EQ(err.text(), echo + "temporary\n(Warning Level: 3)\n");
+    Console::setWarningLevel(0);
 }
 
 TEST_F(ConsoleTest, repeatsWithinAConversionAreCappedAndSummedUpAtItsEnd)
 {
+    const size_t cap = Console::kMaxRepeats;
     CaptureStream err(std::cerr);
-    FltWarningMessageConsole::beginConversion();
-    FltWarningMessageConsole::beginConversion();  // a nested conversion shares the count
-    for (int i = 0; i < FltWarningMessageConsole::kMaxRepeats + 5; ++i)
-        FltWarningMessageConsole::notifyMessage("WARNING ! again", 3, false);
-    FltWarningMessageConsole::notifyMessage("WARNING ! other", 2, false);
-    FltWarningMessageConsole::endConversion();
-    EXPECT_EQ(FltWarningMessageConsole::getMessages().size(), size_t(FltWarningMessageConsole::kMaxRepeats + 1));
-    FltWarningMessageConsole::endConversion();
-    const auto& all = FltWarningMessageConsole::getMessages();
-    ASSERT_EQ(all.size(), size_t(FltWarningMessageConsole::kMaxRepeats + 2));
+    Console::beginConversion();
+    Console::beginConversion();  // a nested conversion shares the count
+    for (size_t i = 0; i < cap + 5; ++i) Console::notifyMessage("WARNING ! again", 3, false);
+    Console::notifyMessage("WARNING ! other", 2, false);
+    Console::endConversion();
+    EXPECT_EQ(Console::getMessages().size(), cap + 1);
+    Console::endConversion();
+    const auto& all = Console::getMessages();
+    ASSERT_EQ(all.size(), cap + 2);
     EXPECT_EQ(all.back().message, "WARNING ! The message \"WARNING ! again\" came 5 more times and was not repeated");
     EXPECT_EQ(all.back().level, 3);
     // Outside a conversion nothing is capped.
-    for (int i = 0; i < FltWarningMessageConsole::kMaxRepeats + 5; ++i)
-        FltWarningMessageConsole::notifyMessage("WARNING ! again", 3, false);
-    EXPECT_EQ(all.size(), size_t(2 * FltWarningMessageConsole::kMaxRepeats + 7));
+    for (size_t i = 0; i < cap + 5; ++i) Console::notifyMessage("WARNING ! again", 3, false);
+    EXPECT_EQ(all.size(), 2 * cap + 7);
     EXPECT_EQ(err.text(), "");
 }

@@ -139,7 +139,6 @@ public:
     FltFixture& header(int32_t revision = 1570, uint8_t units = 0, int32_t flags = 0, int16_t multiplier = 0,
                        const std::string& id = "db")
     {
-        revision_ = revision;
         FltRecordBytes r(1, 324);
         r.chars(4, id, 8).i32(12, revision).i16(60, multiplier).u8(62, units).i32(64, flags);
         return add(r);
@@ -330,8 +329,6 @@ public:
         return add(r);
     }
 
-    int32_t revision() const { return revision_; }
-
     std::string bytes()
     {
         closePalette();
@@ -386,7 +383,6 @@ private:
     }
 
     std::string data_;
-    int32_t revision_ = 1570;
     size_t paletteStart_ = 0;
     bool paletteOpen_ = false;
 };

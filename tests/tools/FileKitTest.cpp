@@ -4,51 +4,31 @@
 
 #include <string>
 
-#include "FltFixture.h"
 #include "TestSupport.h"
 #include "ToolRunner.h"
 
-namespace {
-
-RunResult runHost(const std::string& file, bool withKit = true)
+TEST(FileKitTest, readAll_opensDatabasesThroughTheKitOnlyAndRefusesDamagedOnes)
 {
-    return runProgram(QETZFLT_HOST_PATH, {file}, {{"LD_LIBRARY_PATH", withKit ? QETZFLT_KIT_DIR : ""}});
-}
-
-}  // namespace
-
-TEST(FileKitTest, readAll_opensTheDemoDatabaseThroughTheKit)
-{
+    const auto runHost = [](const std::string& file, const char* libraryPath) {
+        return runProgram(QETZFLT_HOST_PATH, {file}, {{"LD_LIBRARY_PATH", libraryPath}});
+    };
     ScratchDir dir;
     const std::string demo = writeDemoDatabase(dir);
-    const RunResult r = runHost(demo);
+    const RunResult r = runHost(demo, QETZFLT_KIT_DIR);
     ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_TRUE(contains(r.out, "SoFLTFileKit {"));
-    EXPECT_TRUE(contains(r.out, "DEF root Separator"));
-    EXPECT_TRUE(contains(r.out, "DEF terrain Separator"));
-    EXPECT_TRUE(contains(r.out, "IndexedFaceSet"));
-    // Texture names stay as the library gives them; the kit loads them from the database's folder.
-    EXPECT_TRUE(contains(r.out, "filename \"textures/grass.rgb\""));
+    for (const char* part : {"SoFLTFileKit {", "DEF root Separator", "DEF terrain Separator", "IndexedFaceSet",
+                             // Texture names stay as the library gives them; the kit loads them from
+                             // the database's folder.
+                             "filename \"textures/grass.rgb\"", "bounding box: -45 -45 0 45 45 "})
+        EXPECT_TRUE(contains(r.out, part)) << part;
     EXPECT_FALSE(contains(r.err, "grass.rgb")) << r.err;
-    EXPECT_TRUE(contains(r.out, "bounding box: -45 -45 0 45 45 ")) << r.out.substr(r.out.size() - 200);
-}
 
-TEST(FileKitTest, readAll_withoutTheModule_doesNotKnowTheFormat)
-{
-    ScratchDir dir;
-    FltFixture db;
-    db.header(1570).push().group("g1").pop();
-    db.save(dir.file("db.flt"));
-    const RunResult r = runHost(dir.file("db.flt"), false);
-    EXPECT_EQ(r.status, 1);
-    EXPECT_FALSE(contains(r.out, "SoFLTFileKit"));
-}
+    const RunResult without = runHost(demo, "");
+    EXPECT_EQ(without.status, 1);
+    EXPECT_FALSE(contains(without.out, "SoFLTFileKit"));
 
-TEST(FileKitTest, readAll_damagedDatabase_isRefusedWithoutCrash)
-{
-    ScratchDir dir;
     writeFile(dir.file("text.flt"), "not an OpenFlight database at all");
-    const RunResult r = runHost(dir.file("text.flt"));
-    EXPECT_EQ(r.status, 1) << r.out;
-    EXPECT_TRUE(contains(r.err, "cannot read")) << r.err;
+    const RunResult damaged = runHost(dir.file("text.flt"), QETZFLT_KIT_DIR);
+    EXPECT_EQ(damaged.status, 1) << damaged.out;
+    EXPECT_TRUE(contains(damaged.err, "cannot read")) << damaged.err;
 }

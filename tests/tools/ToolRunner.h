@@ -7,9 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -34,16 +32,12 @@ inline RunResult runProgram(const std::string& program, const std::vector<std::s
     if (pid == 0) {
         const int out = open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
         const int err = open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        if (out < 0 || err < 0) _exit(126);
+        if (out < 0 || err < 0 || (!cwd.empty() && chdir(cwd.c_str()) != 0)) _exit(126);
         dup2(out, 1);
         dup2(err, 2);
-        for (const auto& e : env) {
-            if (e.second.empty()) unsetenv(e.first.c_str());
-            else setenv(e.first.c_str(), e.second.c_str(), 1);
-        }
-        if (!cwd.empty() && chdir(cwd.c_str()) != 0) _exit(126);
-        std::vector<char*> argv;
-        argv.push_back(const_cast<char*>(program.c_str()));
+        for (const auto& [name, value] : env)
+            if (value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1)) _exit(126);
+        std::vector<char*> argv{const_cast<char*>(program.c_str())};
         for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
         argv.push_back(nullptr);
         execv(program.c_str(), argv.data());
