@@ -1,6 +1,10 @@
-// A database holding every record type: the log is compared with a golden copy, so that any
-// change to a dump line shows; the conversion runs clean.
+// A database holding every record type: its log, its scene written as Inventor text and its
+// console messages are compared with golden copies, so that any change to a dump line, a
+// node or a message shows.
 #include <gtest/gtest.h>
+
+#include <Inventor/SoOutput.h>
+#include <Inventor/actions/SoWriteAction.h>
 
 #include <cstdlib>
 
@@ -10,6 +14,8 @@
 namespace {
 
 const std::string kGoldenLog = QETZFLT_SOURCE_DIR "/tests/golden/every-record.log";
+const std::string kGoldenScene = QETZFLT_SOURCE_DIR "/tests/golden/every-record.iv";
+const std::string kGoldenMessages = QETZFLT_SOURCE_DIR "/tests/golden/every-record.messages";
 
 // With QETZFLT_UPDATE_GOLDEN set, the golden file is rewritten instead of compared.
 void compareWithGolden(const std::string& actual, const std::string& golden)
@@ -34,6 +40,21 @@ TEST(EveryRecord, logMatchesTheGoldenCopy)
 {
     Converted c(everyrecord::build(), "every-record.flt");
     compareWithGolden(c.log(), kGoldenLog);
+}
+
+TEST(EveryRecord, sceneAndMessagesMatchTheGoldenCopies)
+{
+    Converted c(everyrecord::build(), "every-record.flt");
+    const std::string written = c.dir.file("every-record.iv");
+    SoOutput out;
+    ASSERT_TRUE(out.openFile(written.c_str()));
+    SoWriteAction(&out).apply(c.root);
+    out.closeFile();
+    compareWithGolden(readFile(written), kGoldenScene);
+    std::string messages;
+    for (size_t i = 0; i < c.messages.size(); ++i)
+        messages += "[" + std::to_string(c.levels[i]) + "] " + c.messages[i] + "\n";
+    compareWithGolden(messages, kGoldenMessages);
 }
 
 TEST(EveryRecord, everyHeadingOfTheTableAppearsInTheLog)

@@ -1,6 +1,6 @@
 // A database that holds every record type of the opcode table (and a few unknown opcodes),
-// in a plausible order, with every field filled from a fixed byte pattern. Its log and scene
-// pin the whole output of the library: any change to a dump line or a node shows.
+// in a plausible order, with every field filled from a fixed byte pattern. Its log, scene and
+// messages pin the whole output of the library: any change to a dump line or a node shows.
 #pragma once
 
 #include <cstdint>
