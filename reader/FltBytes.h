@@ -72,6 +72,16 @@ public:
         return value;
     }
 
+    // n consecutive values from offset; those past the end read as zero like single fields.
+    void f32s(size_t offset, float* dest, size_t n) const
+    {
+        for (size_t i = 0; i < n; ++i) dest[i] = f32(offset + 4 * i);
+    }
+    void f64s(size_t offset, double* dest, size_t n) const
+    {
+        for (size_t i = 0; i < n; ++i) dest[i] = f64(offset + 8 * i);
+    }
+
     // Copies n raw bytes; the part past the end of the record is filled with zeros.
     void chars(size_t offset, size_t n, char* dest) const
     {

@@ -65,6 +65,17 @@ public:
     FltDump& str(const char* label, const char* s, size_t max) { return text(label).text(s, max).nl(); }
     FltDump& chr(const char* label, char c) { return text(label).ch(c).nl(); }
     FltDump& byteFraction(const char* label, uint8_t byte) { return text(label).byteFraction(byte).nl(); }
+    // The label and n values on one line, separated by blanks (the palettes' matrices).
+    template <typename Real>
+    FltDump& reals(const char* label, const Real* values, size_t n)
+    {
+        text(label);
+        for (size_t i = 0; i < n; ++i) {
+            if (i) ch(' ');
+            real(values[i]);
+        }
+        return nl();
+    }
 
     // Writes what is buffered to the stream.
     void flush();

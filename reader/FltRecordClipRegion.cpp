@@ -5,11 +5,6 @@
 #include "reader/FltDump.h"
 
 namespace {
-void readPoint(const FltBytes& in, size_t offset, double point[3])
-{
-    for (size_t c = 0; c < 3; ++c) point[c] = in.f64(offset + 8 * c);
-}
-
 void dumpPoint(FltDump& out, const char* label, const double point[3])
 {
     out.text(label).real(point[0]).text("  ").real(point[1]).text("  ").real(point[2]).nl();
@@ -22,13 +17,11 @@ void FltRecordClipRegion::decode(const FltBytes& in)
     reserved1 = in.i32(12);
     reserved2 = in.i16(16);
     for (size_t f = 0; f < 6; ++f) flags[f] = in.u8(18 + f);
-    readPoint(in, 24, clipRegion1);
-    readPoint(in, 48, clipRegion2);
-    readPoint(in, 72, clipRegion3);
-    readPoint(in, 96, clipRegion4);
-    for (size_t coef = 0; coef < 4; ++coef)
-        for (size_t plane = 0; plane < kPlanes; ++plane)
-            clipRegionCoefs[coef][plane] = in.f64(120 + 40 * coef + 8 * plane);
+    in.f64s(24, clipRegion1, 3);
+    in.f64s(48, clipRegion2, 3);
+    in.f64s(72, clipRegion3, 3);
+    in.f64s(96, clipRegion4, 3);
+    for (size_t coef = 0; coef < 4; ++coef) in.f64s(120 + 40 * coef, clipRegionCoefs[coef], kPlanes);
 }
 
 void FltRecordClipRegion::dumpFields(FltDump& out) const

@@ -19,16 +19,6 @@ int wholeEntries(const FltBytes& in, size_t first, size_t size, int max)
     return held < static_cast<size_t>(max) ? static_cast<int>(held) : max;
 }
 
-void dumpMatrix(FltDump& out, const char* label, const float m[16])
-{
-    out.text(label);
-    for (int i = 0; i < 16; ++i) {
-        if (i) out.ch(' ');
-        out.real(m[i]);
-    }
-    out.nl();
-}
-
 }  // namespace
 
 void FltEyePointStruct::decode(const FltBytes& in, size_t at)
@@ -39,12 +29,12 @@ void FltEyePointStruct::decode(const FltBytes& in, size_t at)
     yawAngle = in.f32(at + 24);
     pitchAngle = in.f32(at + 28);
     rollAngle = in.f32(at + 32);
-    for (size_t i = 0; i < 16; ++i) rotationMatrix[i] = in.f32(at + 36 + 4 * i);
+    in.f32s(at + 36, rotationMatrix, 16);
     viewField = in.f32(at + 100);
     scale = in.f32(at + 104);
     nearClippingPlane = in.f32(at + 108);
     farClippingPlane = in.f32(at + 112);
-    for (size_t i = 0; i < 16; ++i) flyThroughMatrix[i] = in.f32(at + 116 + 4 * i);
+    in.f32s(at + 116, flyThroughMatrix, 16);
     eyePointX = in.f32(at + 180);
     eyePointY = in.f32(at + 184);
     eyePointZ = in.f32(at + 188);
@@ -113,12 +103,12 @@ void FltRecordEyePointTrackPlane::dumpFields(FltDump& out) const
             .f64("yawAngle: ", e.yawAngle)
             .f64("pitchAngle: ", e.pitchAngle)
             .f64("rollAngle: ", e.rollAngle);
-        dumpMatrix(out, "rotationMatrix: ", e.rotationMatrix);
+        out.reals("rotationMatrix: ", e.rotationMatrix, 16);
         out.f64("viewField: ", e.viewField)
             .f64("scale: ", e.scale)
             .f64("nearClippingPlane: ", e.nearClippingPlane)
             .f64("farClippingPlane: ", e.farClippingPlane);
-        dumpMatrix(out, "flyThroughMatrix: ", e.flyThroughMatrix);
+        out.reals("flyThroughMatrix: ", e.flyThroughMatrix, 16);
         out.f64("eyePointX: ", e.eyePointX)
             .f64("eyePointY: ", e.eyePointY)
             .f64("eyePointZ: ", e.eyePointZ)

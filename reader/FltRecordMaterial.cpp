@@ -6,16 +6,6 @@
 
 namespace {
 
-void readRgb(const FltBytes& in, size_t at, float rgb[3])
-{
-    for (size_t c = 0; c < 3; ++c) rgb[c] = in.f32(at + 4 * c);
-}
-
-void dumpRgb(FltDump& out, const char* label, const float rgb[3])
-{
-    out.text(label).real(rgb[0]).ch(' ').real(rgb[1]).ch(' ').real(rgb[2]).nl();
-}
-
 bool mostSignificantBit(int32_t word) { return (static_cast<uint32_t>(word) & 0x80000000u) != 0; }
 
 }  // namespace
@@ -25,10 +15,10 @@ void FltRecordMaterial::decode(const FltBytes& in)
     index = in.i32(4);
     in.chars(8, 12, name);
     flags = in.i32(20);
-    readRgb(in, 24, ambient);
-    readRgb(in, 36, diffuse);
-    readRgb(in, 48, specular);
-    readRgb(in, 60, emissive);
+    in.f32s(24, ambient, 3);
+    in.f32s(36, diffuse, 3);
+    in.f32s(48, specular, 3);
+    in.f32s(60, emissive, 3);
     shininess = in.f32(72);
     alpha = in.f32(76);
     reserved = in.i32(80);
@@ -42,10 +32,10 @@ void FltRecordMaterial::dumpFields(FltDump& out) const
     out.text("flags: material IS ");
     if (mostSignificantBit(flags)) out.text("NOT ");
     out.text("used").nl();
-    dumpRgb(out, "ambient  (RGB) :", ambient);
-    dumpRgb(out, "diffuse  (RGB) :", diffuse);
-    dumpRgb(out, "specular (RGB) :", specular);
-    dumpRgb(out, "emissive (RGB) :", emissive);
+    out.reals("ambient  (RGB) :", ambient, 3);
+    out.reals("diffuse  (RGB) :", diffuse, 3);
+    out.reals("specular (RGB) :", specular, 3);
+    out.reals("emissive (RGB) :", emissive, 3);
     out.text("shininess      :").real(shininess).nl();
     out.text("alpha          :").real(alpha).nl();
 }

@@ -6,11 +6,6 @@
 
 namespace {
 
-void readDoubles(const FltBytes& in, size_t offset, double* dest, size_t n)
-{
-    for (size_t i = 0; i < n; ++i) dest[i] = in.f64(offset + 8 * i);
-}
-
 // Three lines: name followed by "X: ", "Y: " and "Z: ".
 void dumpXyz(FltDump& out, const char* name, const double v[3])
 {
@@ -19,33 +14,22 @@ void dumpXyz(FltDump& out, const char* name, const double v[3])
     out.text(name).text("Z: ").real(v[2]).nl();
 }
 
-// One line: the label and the sixteen values, row by row, separated by blanks.
-void dumpMatrix(FltDump& out, const char* label, const double m[16])
-{
-    out.text(label);
-    for (int i = 0; i < 16; ++i) {
-        if (i) out.ch(' ');
-        out.real(m[i]);
-    }
-    out.nl();
-}
-
 }  // namespace
 
 void FltPutTextureMappingStruct::decode(const FltBytes& in)
 {
     state = in.i32(168);
     activeGeometryPoint = in.i32(172);
-    readDoubles(in, 176, lowerLeftCorner, 3);
-    readDoubles(in, 200, upperRightCorner, 3);
+    in.f64s(176, lowerLeftCorner, 3);
+    in.f64s(200, upperRightCorner, 3);
     for (int i = 0; i < 3; ++i) useRealWorldSize[i] = in.i32(224 + 4 * i);
     reserved = in.i32(236);
-    readDoubles(in, 240, textureOriginPoint, 3);
-    readDoubles(in, 264, textureAlignmentPoint, 3);
-    readDoubles(in, 288, textureShearPoint, 3);
-    readDoubles(in, 312, geometryOriginPoint, 3);
-    readDoubles(in, 336, geometryAlignmentPoint, 3);
-    readDoubles(in, 360, geometryShearPoint, 3);
+    in.f64s(240, textureOriginPoint, 3);
+    in.f64s(264, textureAlignmentPoint, 3);
+    in.f64s(288, textureShearPoint, 3);
+    in.f64s(312, geometryOriginPoint, 3);
+    in.f64s(336, geometryAlignmentPoint, 3);
+    in.f64s(360, geometryShearPoint, 3);
     activeTexturePoint = in.i32(384);
     uvDisplayType = in.i32(388);
     uRepetition = in.f32(392);
@@ -56,22 +40,22 @@ void FltPointPutTextureMappingStruct::decode(const FltBytes& in)
 {
     state = in.i32(168);
     activeGeometryPoint = in.i32(172);
-    readDoubles(in, 176, lowerLeftCorner, 3);
-    readDoubles(in, 200, upperRightCorner, 3);
+    in.f64s(176, lowerLeftCorner, 3);
+    in.f64s(200, upperRightCorner, 3);
     for (int i = 0; i < 4; ++i) useRealWorldSize[i] = in.i32(224 + 4 * i);
-    readDoubles(in, 240, textureOriginPoint, 3);
-    readDoubles(in, 264, textureAlignmentPoint, 3);
-    readDoubles(in, 288, textureShearPoint, 3);
-    readDoubles(in, 312, texturePerspectivePoint, 3);
-    readDoubles(in, 336, geometryOriginPoint, 3);
-    readDoubles(in, 360, geometryAlignmentPoint, 3);
-    readDoubles(in, 384, geometryShearPoint, 3);
-    readDoubles(in, 408, geometryPerspectivePoint, 3);
+    in.f64s(240, textureOriginPoint, 3);
+    in.f64s(264, textureAlignmentPoint, 3);
+    in.f64s(288, textureShearPoint, 3);
+    in.f64s(312, texturePerspectivePoint, 3);
+    in.f64s(336, geometryOriginPoint, 3);
+    in.f64s(360, geometryAlignmentPoint, 3);
+    in.f64s(384, geometryShearPoint, 3);
+    in.f64s(408, geometryPerspectivePoint, 3);
     activeTexturePoint = in.i32(432);
     uvDisplayType = in.i32(436);
     depthScaleFactor = in.f32(440);
     reserved = in.i32(444);
-    readDoubles(in, 448, projectionMatrix, 16);
+    in.f64s(448, projectionMatrix, 16);
     uRepetition = in.f32(576);
     vRepetition = in.f32(580);
 }
@@ -80,7 +64,7 @@ void FltSphericalTextureMappingStruct::decode(const FltBytes& in)
 {
     scale = in.f32(168);
     // The centre sits on a 4-byte boundary (172) in the format's layout, not 8.
-    readDoubles(in, 172, center, 3);
+    in.f64s(172, center, 3);
     scaleByMaximumDimension = in.f32(196);
     maximumDimension = in.f32(200);
 }
@@ -91,9 +75,9 @@ void FltRadialTextureMappingStruct::decode(const FltBytes& in)
     reserved = in.i32(172);
     radialScale = in.f32(176);
     lengthScale = in.f32(180);
-    readDoubles(in, 184, trackplaneMatrix, 16);
-    readDoubles(in, 312, endPoint1, 3);
-    readDoubles(in, 336, endPoint2, 3);
+    in.f64s(184, trackplaneMatrix, 16);
+    in.f64s(312, endPoint1, 3);
+    in.f64s(336, endPoint2, 3);
 }
 
 void FltWarpedTextureMappingStruct::decode(const FltBytes& in)
@@ -103,8 +87,8 @@ void FltWarpedTextureMappingStruct::decode(const FltBytes& in)
     reserved[0] = in.i32(176);
     reserved[1] = in.i32(180);
     for (size_t p = 0; p < 8; ++p) {
-        readDoubles(in, 184 + 16 * p, fromPoints[p], 2);
-        readDoubles(in, 312 + 16 * p, toPoints[p], 2);
+        in.f64s(184 + 16 * p, fromPoints[p], 2);
+        in.f64s(312 + 16 * p, toPoints[p], 2);
     }
 }
 
@@ -115,7 +99,7 @@ void FltRecordTextureMappingPalette::decode(const FltBytes& in)
     in.chars(12, 20, name);
     type = in.i32(32);
     warpedFlag = in.i32(36);
-    readDoubles(in, 40, matrix, 16);
+    in.f64s(40, matrix, 16);
 
     // A new decode replaces every block held before.
     putTextureMapping.reset();
@@ -205,7 +189,7 @@ void FltRecordTextureMappingPalette::pointPutTMproperties(FltDump& out) const
     out.i32("activeTexturePoint: ", p.activeTexturePoint)
         .i32("uvDisplayType: ", p.uvDisplayType)
         .f64("depthScaleFactor: ", p.depthScaleFactor);
-    dumpMatrix(out, "projectionMatrix: ", p.projectionMatrix);
+    out.reals("projectionMatrix: ", p.projectionMatrix, 16);
     out.f64("uRepetition: ", p.uRepetition).f64("vRepetition: ", p.vRepetition);
 }
 
@@ -225,7 +209,7 @@ void FltRecordTextureMappingPalette::radialTMproperties(FltDump& out) const
     out.i32("activeGeometryPoint: ", r.activeGeometryPoint)
         .f64("radialScale: ", r.radialScale)
         .f64("lengthScale: ", r.lengthScale);
-    dumpMatrix(out, "trackplaneMatrix: ", r.trackplaneMatrix);
+    out.reals("trackplaneMatrix: ", r.trackplaneMatrix, 16);
     dumpXyz(out, "endPoint1", r.endPoint1);
     dumpXyz(out, "endPoint2", r.endPoint2);
 }

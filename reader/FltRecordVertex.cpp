@@ -45,28 +45,22 @@ void FltRecordVertexColor::decode(const FltBytes& in)
 void FltRecordVertexColorNormal::decode(const FltBytes& in)
 {
     decodeHead(in);
-    vertexNormal[0] = in.f32(32);
-    vertexNormal[1] = in.f32(36);
-    vertexNormal[2] = in.f32(40);
+    in.f32s(32, vertexNormal, 3);
     decodeTail(in, 44, true);
 }
 
 void FltRecordVertexColorNormalUv::decode(const FltBytes& in)
 {
     decodeHead(in);
-    vertexNormal[0] = in.f32(32);
-    vertexNormal[1] = in.f32(36);
-    vertexNormal[2] = in.f32(40);
-    texture[0] = in.f32(44);
-    texture[1] = in.f32(48);
+    in.f32s(32, vertexNormal, 3);
+    in.f32s(44, texture, 2);
     decodeTail(in, 52, true);
 }
 
 void FltRecordVertexColorUv::decode(const FltBytes& in)
 {
     decodeHead(in);
-    texture[0] = in.f32(32);
-    texture[1] = in.f32(36);
+    in.f32s(32, texture, 2);
     decodeTail(in, 40, false);
 }
 
