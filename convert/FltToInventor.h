@@ -331,6 +331,8 @@ protected:
     std::map<std::string, SoSeparator*> externalFiles;
     std::map<int, SoSeparator*> instances;
     uint32_t colorTable[kColorTableSize] = {};
+    // Slots from this one on are zero.
+    int colorTableFilled = 0;
 
     // The files being converted along the current chain of external references, shared with
     // nested converters so that a file referencing itself is converted only once per chain.

@@ -37,11 +37,16 @@ void FltToInventor::visitColorPalette(const FltRecordColorPalette* record)
 {
     if (!record) return;
     // The record keeps red in the low byte and alpha in the high byte; the table keeps the
-    // form that SbColor::setPackedValue takes, red high and alpha low.
-    for (int i = 0; i < kColorTableSize; ++i) {
-        const uint32_t c = record->colors[i];
+    // form that SbColor::setPackedValue takes, red high and alpha low. The palette replaces
+    // the whole table; only the slots it holds and those an earlier one may have filled are
+    // written, so that a short record costs little.
+    const int held = record->slotsHeld() < kColorTableSize ? record->slotsHeld() : kColorTableSize;
+    for (int i = 0; i < held; ++i) {
+        const uint32_t c = record->colorAt(i);
         colorTable[i] = (c << 24) | ((c & 0xFF00u) << 8) | ((c >> 8) & 0xFF00u) | (c >> 24);
     }
+    for (int i = held; i < colorTableFilled; ++i) colorTable[i] = 0;
+    colorTableFilled = held;
 }
 
 void FltToInventor::setPaletteMaterial(int index, const float ambient[3], const float diffuse[3],

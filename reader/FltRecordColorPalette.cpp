@@ -72,38 +72,62 @@ namespace {
 constexpr size_t kNamesCountOffset = 4228;
 constexpr size_t kFirstNameOffset = 4232;
 constexpr size_t kNameEntryHeader = 8;
+constexpr size_t kOldColorBytes = 3 * (32 + 56);  // up to revision 13, from offset 4
 
 uint32_t rgb(uint32_t red, uint32_t green, uint32_t blue) { return red | (green << 8) | (blue << 16); }
+
+// How many of count fields of this width from offset lie inside the record. When some do
+// not, the record is marked short, as reading them would have done.
+size_t fieldsHeld(const FltBytes& in, size_t offset, size_t width, size_t count)
+{
+    const size_t fit = in.size() > offset ? (in.size() - offset) / width : 0;
+    if (fit >= count) return count;
+    in.u8(in.size());
+    return fit;
+}
 
 }  // namespace
 
 void FltRecordColorPalette::decode(const FltBytes& in)
 {
     if (formatRevision <= 13) {
-        // 32 base colours, each spread over 128 intensities from black up to 127/128 of the
-        // colour; alpha stays 0.
-        for (int b = 0; b < 32; ++b) {
-            const size_t at = 4 + 3 * static_cast<size_t>(b);
-            const uint8_t red = in.u8(at), green = in.u8(at + 1), blue = in.u8(at + 2);
-            for (int i = 0; i < 128; ++i) {
-                const double f = i * 0.0078125;
-                colors[128 * b + i] = rgb(static_cast<uint32_t>(red * f), static_cast<uint32_t>(green * f),
-                                          static_cast<uint32_t>(blue * f));
-            }
-        }
-        for (int k = 0; k < 56; ++k) {
-            const size_t at = 100 + 3 * static_cast<size_t>(k);
-            colors[4096 + k] = rgb(in.u8(at), in.u8(at + 1), in.u8(at + 2));
-        }
+        const size_t n = fieldsHeld(in, 4, 1, kOldColorBytes);
+        rgbBytes_.assign(n, 0);
+        in.chars(4, n, reinterpret_cast<char*>(rgbBytes_.data()));
+        // A base colour fills its 128 intensities even when only some of its bytes are held.
+        if (n > 96)
+            slotsHeld_ = 4096 + static_cast<int>((n - 96 + 2) / 3);
+        else
+            slotsHeld_ = 128 * static_cast<int>((n + 2) / 3);
         return;
     }
-    if (formatRevision <= 1420) {
-        for (int c = 0; c < 512; ++c) colors[c] = in.u32(4 + 4 * static_cast<size_t>(c));
-        return;
+    size_t first = 4, count = 512;
+    if (formatRevision > 1420) {
+        in.chars(4, sizeof reserved, reserved);
+        first = 132, count = 1024;
     }
-    in.chars(4, sizeof reserved, reserved);
-    for (int c = 0; c < 1024; ++c) colors[c] = in.u32(132 + 4 * static_cast<size_t>(c));
-    decodeColorNames(in);
+    packed_.assign(fieldsHeld(in, first, 4, count), 0);
+    for (size_t c = 0; c < packed_.size(); ++c) packed_[c] = in.u32(first + 4 * c);
+    slotsHeld_ = static_cast<int>(packed_.size());
+    if (formatRevision > 1420) decodeColorNames(in);
+}
+
+uint32_t FltRecordColorPalette::colorAt(int slot) const
+{
+    if (slot < 0 || slot >= slotsHeld_) return 0;
+    if (rgbBytes_.empty()) return packed_[slot];
+    // A byte past the record's end reads zero.
+    const auto byte = [this](size_t k) -> uint32_t { return k < rgbBytes_.size() ? rgbBytes_[k] : 0; };
+    if (slot >= 4096) {
+        const size_t at = 96 + 3 * static_cast<size_t>(slot - 4096);
+        return rgb(byte(at), byte(at + 1), byte(at + 2));
+    }
+    // Base colour slot / 128 at intensity slot % 128, from black up to 127/128 of the colour;
+    // alpha stays 0.
+    const size_t at = 3 * static_cast<size_t>(slot / 128);
+    const double f = (slot % 128) * 0.0078125;
+    return rgb(static_cast<uint32_t>(byte(at) * f), static_cast<uint32_t>(byte(at + 1) * f),
+               static_cast<uint32_t>(byte(at + 2) * f));
 }
 
 void FltRecordColorPalette::decodeColorNames(const FltBytes& in)

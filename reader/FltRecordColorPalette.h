@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <vector>
 
 #include "reader/FltRecord.h"
 
@@ -36,8 +37,8 @@ private:
 // (expanded into 128 intensities each) and 56 fixed colours, all red, green, blue bytes;
 // 14 to 1420, 512 packed colours at offset 4; from 1421, 128 reserved bytes, 1024 packed
 // colours at offset 132, then the colour names from offset 4228 when the record is long
-// enough. The table holds each colour with red in bits 0-7, green 8-15, blue 16-23 and
-// alpha 24-31; slots a layout does not fill stay zero.
+// enough. A colour reads with red in bits 0-7, green 8-15, blue 16-23 and alpha 24-31;
+// slots a layout or the record's length does not fill read zero.
 class FltRecordColorPalette : public PaletteFltRecord, public FltVersion {
 public:
     static constexpr int kColorCount = 4152;
@@ -48,11 +49,22 @@ public:
     void decode(const FltBytes& in) override;
     void dumpFields(FltDump& out) const override;
 
-    uint32_t colors[kColorCount] = {};
+    // The colour of a table slot, 0 to kColorCount - 1.
+    uint32_t colorAt(int slot) const;
+    // Slots from this one on read zero.
+    int slotsHeld() const { return slotsHeld_; }
+
     char reserved[128] = {};  // from revision 1421
     int32_t numberOfColorNames = 0;
     std::map<int, FltColorEntry> setOfColorEntries;
 
 private:
     void decodeColorNames(const FltBytes& in);
+
+    // Only what the record's bytes hold is kept, so that a short record costs little: up to
+    // revision 13 the red, green, blue bytes from offset 4 (intensities are derived on
+    // lookup), later the packed colours from slot 0.
+    std::vector<uint8_t> rgbBytes_;
+    std::vector<uint32_t> packed_;
+    int slotsHeld_ = 0;
 };

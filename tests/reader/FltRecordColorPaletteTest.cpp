@@ -44,11 +44,12 @@ TEST(ColorPalette, revision13ExpandsBaseColoursInto128Intensities)
     bytes.u8(7, 200).u8(8, 100).u8(9, 50);   // base colour 1: red, green, blue
     bytes.u8(109, 9).u8(110, 8).u8(111, 7);  // fixed colour 3
     auto palette = decodeRecord<FltRecordColorPalette>(bytes, 13);
-    EXPECT_EQ(palette->colors[128], 0u);                                 // intensity 0 is black
-    EXPECT_EQ(palette->colors[128 + 64], 100u | 50u << 8 | 25u << 16);   // half
-    EXPECT_EQ(palette->colors[128 + 127], 198u | 99u << 8 | 49u << 16);  // 127/128, truncated
-    EXPECT_EQ(palette->colors[4096 + 3], 9u | 8u << 8 | 7u << 16);
-    for (uint32_t color : palette->colors) ASSERT_EQ(color >> 24, 0u) << "alpha is 0 everywhere";
+    EXPECT_EQ(palette->colorAt(128), 0u);                                 // intensity 0 is black
+    EXPECT_EQ(palette->colorAt(128 + 64), 100u | 50u << 8 | 25u << 16);   // half
+    EXPECT_EQ(palette->colorAt(128 + 127), 198u | 99u << 8 | 49u << 16);  // 127/128, truncated
+    EXPECT_EQ(palette->colorAt(4096 + 3), 9u | 8u << 8 | 7u << 16);
+    for (int slot = 0; slot < FltRecordColorPalette::kColorCount; ++slot)
+        ASSERT_EQ(palette->colorAt(slot) >> 24, 0u) << "alpha is 0 everywhere";
 }
 
 TEST(ColorPalette, revisions14To1420Read512ColoursAndLaterOnes1024AfterTheReservedBlock)
@@ -58,11 +59,11 @@ TEST(ColorPalette, revisions14To1420Read512ColoursAndLaterOnes1024AfterTheReserv
     bytes.abgr(132, 0xFF, 0x00, 0x00, 0x81).abgr(132 + 1023 * 4, 5, 6, 7, 8);
     for (int revision : {14, 1420}) {  // red in the low byte
         auto palette = decodeRecord<FltRecordColorPalette>(bytes, revision);
-        EXPECT_EQ((std::vector<uint32_t>{palette->colors[0], palette->colors[511], palette->colors[512]}),
+        EXPECT_EQ((std::vector<uint32_t>{palette->colorAt(0), palette->colorAt(511), palette->colorAt(512)}),
                   (std::vector<uint32_t>{0xFF000080u, 0x01020304u, 0}));
     }
     auto palette = decodeRecord<FltRecordColorPalette>(bytes, 1421);
-    EXPECT_EQ((std::vector<uint32_t>{palette->colors[0], palette->colors[1023], palette->colors[1024]}),
+    EXPECT_EQ((std::vector<uint32_t>{palette->colorAt(0), palette->colorAt(1023), palette->colorAt(1024)}),
               (std::vector<uint32_t>{0xFF000081u, 0x05060708u, 0}));
     EXPECT_EQ(palette->numberOfColorNames, 0);
 }
