@@ -80,8 +80,10 @@ void FltToInventor::visitMaterial(const FltRecordMaterial* record)
 void FltToInventor::visitOLDMaterialPalette(const FltRecordOLDMaterialPalette* record)
 {
     if (!record) return;
-    for (int k = 0; k < 64; ++k) {
-        const auto& e = record->materials[k];
+    // Only the materials the record holds apply: a full record gives all 64, and a short one
+    // (already reported by the parser) must not cost 64 materials per record.
+    for (int k = 0; k < record->materialsHeld(); ++k) {
+        const auto& e = record->material(k);
         const float ambient[3] = {e.ambientRed, e.ambientGreen, e.ambientBlue};
         const float diffuse[3] = {e.diffuseRed, e.diffuseGreen, e.diffuseBlue};
         const float specular[3] = {e.specularRed, e.specularGreen, e.specularBlue};

@@ -42,9 +42,14 @@ void FltRecordMaterial::dumpFields(FltDump& out) const
 
 void FltRecordOLDMaterialPalette::decode(const FltBytes& in)
 {
-    for (int k = 0; k < kMaterialCount; ++k) {
-        const size_t at = 4 + 184 * static_cast<size_t>(k);
-        FltOldMaterial& m = materials[k];
+    // A material cut by the record's end is kept, its missing fields zero.
+    const size_t held = in.size() > 4 ? (in.size() - 4 + 183) / 184 : 0;
+    materials_.assign(held < kMaterialCount ? held : kMaterialCount, FltOldMaterial());
+    // A record ending before the last material is marked short, as reading it would do.
+    in.u8(4 + 184 * (kMaterialCount - 1));
+    for (size_t k = 0; k < materials_.size(); ++k) {
+        const size_t at = 4 + 184 * k;
+        FltOldMaterial& m = materials_[k];
         m.ambientRed = in.f32(at);
         m.ambientGreen = in.f32(at + 4);
         m.ambientBlue = in.f32(at + 8);
@@ -67,10 +72,16 @@ void FltRecordOLDMaterialPalette::decode(const FltBytes& in)
     }
 }
 
+const FltOldMaterial& FltRecordOLDMaterialPalette::material(int k) const
+{
+    static const FltOldMaterial none;
+    return k >= 0 && static_cast<size_t>(k) < materials_.size() ? materials_[k] : none;
+}
+
 void FltRecordOLDMaterialPalette::dumpFields(FltDump& out) const
 {
     for (int k = 0; k < kMaterialCount; ++k) {
-        const FltOldMaterial& m = materials[k];
+        const FltOldMaterial& m = material(k);
         out.text("Material at index:").num(k).nl()
             .f64("ambientRed: ", m.ambientRed)
             .f64("ambientGreen: ", m.ambientGreen)

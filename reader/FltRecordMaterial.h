@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "reader/FltRecord.h"
 
@@ -27,7 +28,8 @@ struct FltOldMaterial {
 };
 
 // Old material palette record, opcode 66: 64 materials of 184 bytes from offset 4. Below
-// revision 14 every name is emptied, since those revisions kept no names there.
+// revision 14 every name is emptied, since those revisions kept no names there. Only the
+// materials that start inside the record are kept; the others read as all zero.
 class FltRecordOLDMaterialPalette : public PaletteFltRecord, public FltVersion {
 public:
     static constexpr int kMaterialCount = 64;
@@ -38,7 +40,13 @@ public:
     void decode(const FltBytes& in) override;
     void dumpFields(FltDump& out) const override;
 
-    FltOldMaterial materials[kMaterialCount];
+    // Material k, 0 to kMaterialCount - 1.
+    const FltOldMaterial& material(int k) const;
+    // Materials from this one on are all zero.
+    int materialsHeld() const { return static_cast<int>(materials_.size()); }
+
+private:
+    std::vector<FltOldMaterial> materials_;
 };
 
 // Material palette record, opcode 113, 84 bytes: one material of the palette.

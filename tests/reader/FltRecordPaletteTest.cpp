@@ -43,19 +43,19 @@ TEST(OldMaterialPalette, decodes64EntriesAtTheirStrideAndEmptiesTheNamesBelowRev
     };
     auto full = decodeRecord<FltRecordOLDMaterialPalette>(palette(64), 14);
     ASSERT_TRUE(full);
-    const FltOldMaterial& last = full->materials[63];
+    const FltOldMaterial& last = full->material(63);
     EXPECT_EQ((std::vector<float>{last.ambientRed, last.diffuseGreen, last.shininess, last.alpha}),
               (std::vector<float>{63, 0.5f, 32, 1}));
     EXPECT_EQ(last.flags, -1);
     EXPECT_STREQ(last.name, "m63");
 
     auto old = decodeRecord<FltRecordOLDMaterialPalette>(palette(64), 13);
-    for (const FltOldMaterial& m : old->materials) ASSERT_STREQ(m.name, "");
-    EXPECT_EQ(old->materials[5].ambientRed, 5.0f);
+    for (int k = 0; k < 64; ++k) ASSERT_STREQ(old->material(k).name, "");
+    EXPECT_EQ(old->material(5).ambientRed, 5.0f);
 
     auto cut = decodeRecord<FltRecordOLDMaterialPalette>(palette(2), 1570);
-    EXPECT_EQ(cut->materials[1].alpha, 1.0f);
-    EXPECT_EQ(cut->materials[2].alpha, 0.0f);
+    EXPECT_EQ(cut->material(1).alpha, 1.0f);
+    EXPECT_EQ(cut->material(2).alpha, 0.0f);
 }
 
 TEST(TexturePattern, the96ByteLayoutHasAShorterNameAndEveryNameStaysTerminated)
