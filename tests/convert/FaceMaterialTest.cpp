@@ -28,8 +28,10 @@ struct Face {
     Face& whiteTexture() { face.texturePatternIndex = 1, face.textureWhite = 1; return *this; }
     Face& loose() { objectTransparency = -1; return *this; }
     Face& header(int32_t r, int32_t f = 0) { revision = r, headerFlags = f; return *this; }
+    Face& shortPalettes(int n) { emptyPalettes = n; return *this; }
     FltFaceSpec face;
     int objectTransparency = 0;
+    int emptyPalettes = 0;  // 4-byte colour and old material palettes after the colour palette
     int32_t revision = 1570, headerFlags = 0;
 };
 
@@ -43,7 +45,9 @@ FltFixture database(const Face& s)
     std::vector<uint32_t> colors(1024, 0);
     colors[5] = 0xFFFF9966u;  // alpha, blue, green, red
     const float diffuse[3] = {0.5f, 0.25f, 1.0f};
-    db.colorPalette(colors).material(2, diffuse, 64.0f, 0.25f).vertexPalette();
+    db.colorPalette(colors);
+    for (int i = 0; i < s.emptyPalettes; ++i) db.add(FltRecordBytes(32, 4)).add(FltRecordBytes(66, 4));
+    db.material(2, diffuse, 64.0f, 0.25f).vertexPalette();
     const int32_t a = db.vertexColor(0, 0, 0), b = db.vertexColor(1, 0, 0), c = db.vertexColor(0, 1, 0);
     db.push();
     if (s.objectTransparency >= 0) db.object("o", static_cast<uint16_t>(s.objectTransparency)).push();
@@ -80,6 +84,8 @@ TEST(FaceMaterial, colourAndMaterialCasesGiveTheirEntry)
         {"palette index, loose face", Face().index(5 * 128 + 127).transparency(32768).loose(), entry5, entry5, 0, 0},
         {"palette index scaled by its intensity", Face().index(5 * 128 + 63), entry5 * p, entry5 * p, 0, 0},
         {"negative index: bad, the entry unset", Face().index(-1), diffuse, ambient, 0.2f, 0},
+        {"thousands of empty palettes: the last one empties the table",
+         Face().index(5 * 128 + 127).shortPalettes(3000), black, black, 0, 0},
         // With material 2.
         {"no colour copies the material", Face().flags(kNoColor).material(2).transparency(32768), m, mAmbient, 0.5f,
          0.75f},
