@@ -1,7 +1,9 @@
 // Reading a database file into one buffer.
 #include "reader/FltFileInput.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstring>
 #include <iostream>
@@ -25,12 +27,17 @@ FltFileInput::FltFileInput(const char* path)
 
     inFlowCreated = false;
     buffer = nullptr;
-    file = fopen64(fileName, "rb");
-    // A directory or a device opens but has no size to read; treat it as unopenable.
-    struct stat info;
-    if (file && (fstat(fileno(file), &info) != 0 || !S_ISREG(info.st_mode))) {
-        std::fclose(file);
-        file = nullptr;
+    file = nullptr;
+    // Opened without blocking, as a named pipe would wait for a writer. A directory, a pipe
+    // or a device has no size to read; treat it as unopenable.
+    const int fd = ::open64(fileName, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd >= 0) {
+        struct stat info;
+        const int flags = fcntl(fd, F_GETFL);
+        if (fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && flags != -1 &&
+            fcntl(fd, F_SETFL, flags & ~O_NONBLOCK) == 0)
+            file = fdopen(fd, "rb");
+        if (!file) ::close(fd);
     }
     if (!file) {
         std::cerr << "Error in opening file: " << fileName << "\n";

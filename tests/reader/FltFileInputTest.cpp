@@ -1,5 +1,8 @@
-// Reading a database file: names, directories, empty and missing files.
+// Reading a database file: names, directories, pipes, empty and missing files.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <string>
 
 #include "TestSupport.h"
 #include "reader/FltFileInput.h"
@@ -46,12 +49,16 @@ TEST(FltFileInput, missingFilesAreNamedWithSlashesAndTheirDirectory)
     }
 }
 
-TEST(FltFileInput, directoryIsRefusedLikeAMissingFile)
+TEST(FltFileInput, directoryAndNamedPipeAreRefusedLikeAMissingFile)
 {
     ScratchDir dir;
-    CaptureStream err(std::cerr);
-    FltFileInput input(dir.path().string().c_str());
-    EXPECT_FALSE(input.isInFlowCreated());
-    EXPECT_EQ(input.getBuffer(), nullptr);
-    EXPECT_EQ(err.text(), "Error in opening file: " + dir.path().string() + "\n");
+    // A pipe without a writer: opening it for reading must not wait for one.
+    ASSERT_EQ(mkfifo(dir.file("pipe.flt").c_str(), 0600), 0);
+    for (const std::string& path : {dir.path().string(), dir.file("pipe.flt")}) {
+        CaptureStream err(std::cerr);
+        FltFileInput input(path.c_str());
+        EXPECT_FALSE(input.isInFlowCreated()) << path;
+        EXPECT_EQ(input.getBuffer(), nullptr) << path;
+        EXPECT_EQ(err.text(), "Error in opening file: " + path + "\n");
+    }
 }
