@@ -80,16 +80,19 @@ char* copyTextToEnd(const FltBytes& in, unsigned int length)
 
 void FltRecordComment::decode(const FltBytes& in)
 {
+    // Allocated before the old text goes, so that a failed allocation leaves it in place.
+    char* text = copyTextToEnd(in, length);
     delete[] textDescription;
-    textDescription = copyTextToEnd(in, length);
+    textDescription = text;
 }
 
 void FltRecordComment::dumpFields(FltDump& out) const { out.text("textDescription: ").text(getText()).nl(); }
 
 void FltRecordLongID::decode(const FltBytes& in)
 {
+    char* text = copyTextToEnd(in, length);
     delete[] idASCII;
-    idASCII = copyTextToEnd(in, length);
+    idASCII = text;
 }
 
 void FltRecordLongID::dumpFields(FltDump& out) const { out.text("idASCII: ").text(getText()).nl(); }

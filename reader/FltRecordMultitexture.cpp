@@ -63,10 +63,13 @@ int FltRecordUVList::presentLayers() const
 void FltRecordUVList::decode(const FltBytes& in)
 {
     attributeMask = in.i32(4);
+    // Allocated before the old values go, so that a failed allocation leaves them in place.
+    const size_t count = in.size() > 8 ? (in.size() - 8) / 4 : 0;
+    float* values = new float[count];
+    for (size_t i = 0; i < count; ++i) values[i] = in.f32(8 + 4 * i);
     delete[] uv;
-    uvCount = in.size() > 8 ? (in.size() - 8) / 4 : 0;
-    uv = new float[uvCount];
-    for (size_t i = 0; i < uvCount; ++i) uv[i] = in.f32(8 + 4 * i);
+    uv = values;
+    uvCount = count;
 }
 
 long long FltRecordUVList::firstValue(int vertex, int layerNumber, int valuesPerLayer) const

@@ -26,10 +26,13 @@ void FltRecordSwitch::decode(const FltBytes& in)
     numberOfMasks = in.i32(20);
     numberOf32BitWordsPerMask = in.i32(24);
 
+    // Allocated before the old words go, so that a failed allocation leaves them in place.
+    const size_t count = keptMaskWords(numberOfMasks, numberOf32BitWordsPerMask, in.size());
+    uint32_t* words = new uint32_t[count];
+    for (size_t w = 0; w < count; ++w) words[w] = in.u32(kFirstMaskWord + 4 * w);
     delete[] masks;
-    maskWordCount = keptMaskWords(numberOfMasks, numberOf32BitWordsPerMask, in.size());
-    masks = new uint32_t[maskWordCount];
-    for (size_t w = 0; w < maskWordCount; ++w) masks[w] = in.u32(kFirstMaskWord + 4 * w);
+    masks = words;
+    maskWordCount = count;
 }
 
 void FltRecordSwitch::dumpFields(FltDump& out) const
