@@ -195,7 +195,6 @@ void FltToInventor::copyVertexToVertexColorNormalUV(int sourceId, int sourceInde
         // Copies grow the richest property by one entry at a time.
         growField(property->texCoord, count + 1, SbVec2f(0, 0));
         growField(property->normal, count + 1, SbVec3f(0, 0, 0));
-        growField(property->orderedRGBA, count + 1, uint32_t(0));
         growField(property->vertex, count + 1, SbVec3f(0, 0, 0));
     }
     SoVertexProperty* source = getVertexPropertyFromIntId(sourceId);
@@ -206,14 +205,13 @@ void FltToInventor::copyVertexToVertexColorNormalUV(int sourceId, int sourceInde
     if (source->texCoord.getNum() > 0 && sourceIndex >= 0 && sourceIndex < source->texCoord.getNum())
         uv = source->texCoord[sourceIndex];
     writeEntry(property->texCoord, count, uv);
-    uint32_t rgba = SbColor(0, 0, 0).getPackedValue(0.0f);
-    if (sourceIndex >= 0 && sourceIndex < source->orderedRGBA.getNum()) rgba = source->orderedRGBA[sourceIndex];
-    writeEntry(property->orderedRGBA, count, rgba);
 
     newIndex = count;
     target.count = count + 1;
     // The richest property's colours are emptied after every copy: kept on purpose, the
-    // established look of faces that mix textured vertex kinds.
+    // established look of faces that mix textured vertex kinds. So the copied colour is
+    // never written: growing and filling the colours only to empty them made each copy cost
+    // as much as the whole property.
     property->orderedRGBA.setNum(0);
     property->vertex.touch();
     property->texCoord.touch();
