@@ -334,9 +334,16 @@ protected:
     // Slots from this one on are zero.
     int colorTableFilled = 0;
 
-    // The files being converted along the current chain of external references, shared with
-    // nested converters so that a file referencing itself is converted only once per chain.
-    std::shared_ptr<std::set<std::string>> referenceChain;
+    // Shared with every nested converter: the files being converted along the current chain
+    // of external references (a file referencing itself is converted only once per chain),
+    // and how many nested conversions the whole database has made, of how many files.
+    struct ReferenceChain {
+        std::set<std::string> open;
+        std::set<std::string> files;
+        size_t conversions = 0;
+        bool limitReported = false;
+    };
+    std::shared_ptr<ReferenceChain> referenceChain;
 
     std::ofstream* logStream = nullptr;
     static constexpr std::streamsize kLogBufferSize = 1 << 20;
@@ -369,6 +376,11 @@ public:
 
     // Chains of external references deeper than this are not followed.
     static constexpr size_t kMaxExternalReferenceDepth = 32;
+    // Files that reference one file under several names, or several files that each
+    // reference the same ones, would be converted again in every nested converter, a number
+    // that doubles with each level: the conversions of one database are bounded by its files.
+    static constexpr size_t kNestedConversionsPerFile = 64;
+    static constexpr size_t kNestedConversionsMargin = 1024;
 
 protected:
     // True when adding `instance` under `parent` (the stack top) would or could make the

@@ -3,8 +3,10 @@
 #include <Inventor/nodes/SoLabel.h>
 #include <Inventor/nodes/SoSeparator.h>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -66,9 +68,13 @@ std::string FltToInventor::nestedRelativePath(const std::string& current, const 
 void FltToInventor::startReferenceChain()
 {
     if (referenceChain) return;
-    referenceChain = std::make_shared<std::set<std::string>>();
+    referenceChain = std::make_shared<ReferenceChain>();
     const FltInput* input = fltParser ? fltParser->getInput() : nullptr;
-    if (input && input->getFileName()) referenceChain->insert(canonicalName(input->getFileName()));
+    if (input && input->getFileName()) {
+        const std::string name = canonicalName(input->getFileName());
+        referenceChain->open.insert(name);
+        referenceChain->files.insert(name);
+    }
 }
 
 void FltToInventor::visitExternalReference(const FltRecordExternalReference* record, FltRecordIterator& it)
@@ -97,14 +103,15 @@ void FltToInventor::visitExternalReference(const FltRecordExternalReference* rec
     // names written on other hosts resolve here too.
     std::string probed = path;
     std::replace(probed.begin(), probed.end(), '\\', '/');
-    FILE* probe = std::fopen(probed.c_str(), "rb");
-    if (!probe) {
+    // Without blocking: opening a named pipe for reading would wait for a writer forever.
+    const int probe = ::open(probed.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (probe < 0) {
         FltWarningMessageConsole::notifyMessage("ERROR! CAN'T RESOLVE EXTERNAL REFERENCE: " + name, 3, true);
         // Not stepped back, unlike the other ways out: the record after the reference's
         // ancillary records is passed over. Kept on purpose, as databases were always read so.
         return;
     }
-    std::fclose(probe);
+    ::close(probe);
 
     FltFileInput input(path.c_str());
     const std::string key = input.getFileName();
@@ -120,14 +127,14 @@ void FltToInventor::visitExternalReference(const FltRecordExternalReference* rec
     // converted can tell a file that references itself, directly or through others.
     startReferenceChain();
     const std::string canonical = canonicalName(key);
-    if (referenceChain->count(canonical)) {
+    if (referenceChain->open.count(canonical)) {
         FltWarningMessageConsole::notifyMessage("ERROR ! External reference cycle: " + name + " leads back to " +
                                                     canonical + ", which is already being converted; not converted again",
                                                 3, true);
         --it;
         return;
     }
-    if (referenceChain->size() > kMaxExternalReferenceDepth) {
+    if (referenceChain->open.size() > kMaxExternalReferenceDepth) {
         FltWarningMessageConsole::notifyMessage("ERROR ! External references nested more than " +
                                                     std::to_string(kMaxExternalReferenceDepth) +
                                                     " levels deep: " + name + " is not converted",
@@ -136,13 +143,29 @@ void FltToInventor::visitExternalReference(const FltRecordExternalReference* rec
         return;
     }
 
+    referenceChain->files.insert(canonical);
+    if (referenceChain->conversions >=
+        kNestedConversionsPerFile * referenceChain->files.size() + kNestedConversionsMargin) {
+        if (!referenceChain->limitReported) {
+            referenceChain->limitReported = true;
+            FltWarningMessageConsole::notifyMessage(
+                "ERROR ! External references were converted " + std::to_string(referenceChain->conversions) +
+                    " times from " + std::to_string(referenceChain->files.size()) + " files: " + name +
+                    " and the references after it are not converted",
+                3, true);
+        }
+        --it;
+        return;
+    }
+    ++referenceChain->conversions;
+
     auto* nestedRoot = new SoSeparator;
     reference->addChild(nestedRoot);
     holdNotification(nestedRoot);
     externalFiles[key] = nestedRoot;
     const int heldBefore = nestedRoot->getRefCount();
     {
-        ChainLink link(*referenceChain, canonical);
+        ChainLink link(referenceChain->open, canonical);
         // On the heap: a converter is large, and chains of references nest these frames.
         auto nested = std::make_unique<FltToInventor>();
         nested->setRelativePath(nestedRelativePath(relativePath, name));

@@ -9,6 +9,8 @@
 #include <Inventor/nodes/SoLabel.h>
 #include <Inventor/nodes/SoTexture2.h>
 
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <set>
 
@@ -191,6 +193,45 @@ TEST(ExternalReference, chainsDeeperThanTheLimitStopWithMessage)
     EXPECT_EQ(converted, static_cast<int>(FltToInventor::kMaxExternalReferenceDepth));
     EXPECT_EQ(c.messages,
               (Names{"ERROR ! External references nested more than 32 levels deep: f33.flt is not converted"}));
+}
+
+TEST(ExternalReference, filesReferencedUnderSeveralNamesAreConvertedABoundedNumberOfTimes)
+{
+    // Each level references the next twice under two spellings: 2^k conversions of the last
+    // file without a bound. 14 files allow 64 * 14 + 1024 nested conversions.
+    Folder f;
+    constexpr int kLevels = 14;
+    for (int i = 0; i < kLevels; ++i) {
+        std::vector<std::string> next;
+        if (i + 1 < kLevels) next = {"L" + std::to_string(i + 1) + ".flt", "x/../L" + std::to_string(i + 1) + ".flt"};
+        f.write("L" + std::to_string(i) + ".flt", "g" + std::to_string(i), next);
+    }
+    fs::create_directories(f.dir.path() / "x");
+    Converted c(Converted::File{f.dir.file("L0.flt")});
+    const size_t limit = FltToInventor::kNestedConversionsPerFile * kLevels + FltToInventor::kNestedConversionsMargin;
+    size_t conversions = 0;
+    for (SoLabel* label : findAll<SoLabel>(c.root))
+        if (std::string(label->label.getValue().getString()).rfind(kLabelPrefix, 0) == 0) ++conversions;
+    EXPECT_GE(conversions, limit);
+    EXPECT_LT(conversions, 2 * limit);
+    ASSERT_EQ(c.messages.size(), 1u);
+    EXPECT_EQ(c.messages[0].rfind("ERROR ! External references were converted " + std::to_string(limit) +
+                                      " times from " + std::to_string(kLevels) + " files: ",
+                                  0),
+              0u)
+        << c.messages[0];
+}
+
+TEST(ExternalReference, aNamedPipeIsNotWaitedFor)
+{
+    Folder f;
+    ASSERT_EQ(mkfifo(f.dir.file("pipe.flt").c_str(), 0600), 0);
+    FltFixture top;
+    top.header().push().externalReference("pipe.flt").group("after").push().pop();
+    Converted c(Converted::File{f.write("top.flt", top.pop())});
+    // Refused as a file that cannot be read, and the walk goes on.
+    EXPECT_EQ(hierarchy(c), "Separator[Label Separator] Separator:after");
+    EXPECT_EQ(c.messages, (Names{"ERROR ! FltParser has no INPUT !"}));
 }
 
 // ---- The real databases made of references ----
