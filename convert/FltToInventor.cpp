@@ -49,10 +49,7 @@ SoSeparator* FltToInventor::convertFromFile(const char* path)
 
     SoSeparator* root = nullptr;
     // Repeated messages of one conversion are summed up when it ends.
-    struct ConversionMessages {
-        ConversionMessages() { FltWarningMessageConsole::beginConversion(); }
-        ~ConversionMessages() { FltWarningMessageConsole::endConversion(); }
-    } messages;
+    FltWarningMessageConsole::ConversionMessages messages;
     try {
         FltFileInput fileInput(path);
         FltToInventor converter;

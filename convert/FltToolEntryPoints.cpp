@@ -73,6 +73,7 @@ void reportFileNames(const std::vector<FltRecord*>& records, QetzfltFactFunction
 int inspect(const char* path, QetzfltFactFunction fact, void* user)
 {
     Silence silence;
+    FltWarningMessageConsole::ConversionMessages messages;
     FltFileInput input(path);
     if (!input.isInFlowCreated()) return 1;
     FltParser parser(&input, false);
@@ -128,6 +129,7 @@ int qetzfltWriteStatistics(const char* path)
     if (!path || !*path) return 1;
     try {
         Silence silence;
+        FltWarningMessageConsole::ConversionMessages messages;
         FltFileInput input(path);
         if (!input.isInFlowCreated()) return 1;
         FltToInventor converter;

@@ -49,6 +49,15 @@ public:
     static constexpr int kMaxRepeats = 1000;
     static void beginConversion();
     static void endConversion();
+    // A conversion for the life of the object: conversions, inspections and statistics runs
+    // all keep their repeated messages within the cap.
+    class ConversionMessages {
+    public:
+        ConversionMessages() { beginConversion(); }
+        ~ConversionMessages() { endConversion(); }
+        ConversionMessages(const ConversionMessages&) = delete;
+        ConversionMessages& operator=(const ConversionMessages&) = delete;
+    };
 
     static int currentWarningLevel;
 

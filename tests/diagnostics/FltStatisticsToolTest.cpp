@@ -50,3 +50,26 @@ TEST(Statistics, emptyRecordArrayWritesTheHeaderOnce_unwritableFileIsReported)
     EXPECT_EQ(err.text(), echo + echo);
     EXPECT_EQ(FltWarningMessageConsole::getMessages().size(), 2u);
 }
+
+TEST(Statistics, inspectionAndStatisticsCapRepeatedMessagesLikeAConversion)
+{
+    // Push records of 8 bytes each give the same warning: both entry points keep it only as
+    // often as a conversion does, then sum it up.
+    ScratchDir dir;
+    FltFixture db;
+    db.header();
+    const int repeats = FltWarningMessageConsole::kMaxRepeats + 50;
+    for (int i = 0; i < repeats; ++i) db.add(FltRecordBytes(10, 8));
+    const std::string path = dir.file("pushes.flt");
+    db.save(path);
+    for (bool statistics : {false, true}) {
+        FltWarningMessageConsole::clearMessages();
+        if (statistics)
+            ASSERT_EQ(qetzfltWriteStatistics(path.c_str()), 0);
+        else
+            ASSERT_EQ(qetzfltInspect(path.c_str(), [](void*, const char*, const char*) {}, nullptr), 0);
+        ASSERT_EQ(qetzfltMessageCount(), FltWarningMessageConsole::kMaxRepeats + 1) << "statistics: " << statistics;
+        EXPECT_NE(std::string(qetzfltMessageText(FltWarningMessageConsole::kMaxRepeats)).find("came 50 more times"),
+                  std::string::npos);
+    }
+}
