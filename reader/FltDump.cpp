@@ -191,9 +191,16 @@ FltDump& FltDump::bits32(uint32_t word)
     return *this;
 }
 
+namespace {
+thread_local uint64_t written __attribute__((tls_model("initial-exec"))) = 0;
+}  // namespace
+
+uint64_t FltDump::bytesWritten() { return written; }
+
 void FltDump::flush()
 {
     if (size_ == 0) return;
+    written += size_;
     // Straight to the stream's buffer: one record's dump is one piece, and a stream in a
     // failed state is left as it stands.
     if (os_.good() && os_.rdbuf()) os_.rdbuf()->sputn(data_, static_cast<std::streamsize>(size_));

@@ -79,6 +79,8 @@ public:
 
     // Writes what is buffered to the stream.
     void flush();
+    // Bytes that dumps of this thread have written so far, so that a reader can bound a log.
+    static uint64_t bytesWritten();
     std::string pending() const { return std::string(data_, size_); }
 
 private:

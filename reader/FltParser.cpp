@@ -10,6 +10,7 @@
 #include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltBytes.h"
 #include "reader/FltCreationVisitor.h"
+#include "reader/FltDump.h"
 #include "reader/FltInput.h"
 #include "reader/FltRawData.h"
 #include "reader/FltRecordHeader.h"
@@ -90,12 +91,16 @@ int FltParser::run()
     shortRecords = 0;
     if (!isAnOpenFlightInput(input)) return 1;
     std::cout << "beginning of parsing\n";
-    if (auto* factory = dynamic_cast<Flt_15_7_CreationVisitor*>(creationVisitor)) factory->previousRecord = nullptr;
+    auto* factory = dynamic_cast<Flt_15_7_CreationVisitor*>(creationVisitor);
+    if (factory) factory->previousRecord = nullptr;
 
     char* buffer = input->getBuffer();
     const uint64_t size = input->getSize();
     uint64_t offset = 0;
     bool complete = true;
+    std::ostream* const dumpStream = factory ? factory->getDumpStream() : nullptr;
+    const uint64_t dumpStart = FltDump::bytesWritten();
+    const uint64_t dumpBudget = logBytesPerFileByte * size + logMarginBytes;
     while (offset < size) {
         const uint64_t remaining = size - offset;
         if (remaining < 4) {
@@ -127,6 +132,14 @@ int FltParser::run()
         FltRawData raw(opcode, length, buffer + offset);
         fltRecordsVectorBuild(&raw);
         if (creationVisitor->wasLastRecordShort()) reportShortRecord(opcode, offset, length);
+        if (dumpStream && factory->getDumpStream() && FltDump::bytesWritten() - dumpStart > dumpBudget) {
+            FltWarningMessageConsole::notifyMessage(
+                "WARNING ! The log has grown past " + std::to_string(logBytesPerFileByte) +
+                    " times the file's size at the record of opcode " + std::to_string(opcode) + " at byte offset " +
+                    std::to_string(offset) + ": the records after it are not dumped",
+                2, true);
+            factory->setDumpStream(nullptr);
+        }
         ++rawDataCount;
         if (rawDataCount == 1) {
             // The entry test makes the first record a header.
@@ -144,6 +157,7 @@ int FltParser::run()
             "WARNING ! " + std::to_string(shortRecords - kShortRecordsReported) +
                 " more records were shorter than their layout (their missing fields read as zero)",
             2, true);
+    if (factory) factory->setDumpStream(dumpStream);
     std::cout << "end of parsing\n";
     allRecordsCreated = complete;
     return 0;

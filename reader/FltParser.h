@@ -45,6 +45,13 @@ public:
     uint64_t getNumberOfFltRawData() const { return rawDataCount; }
     bool isAllFltRecordsCreated() const { return allRecordsCreated; }
     std::ostream& showAllFltRecords(std::ostream& os) const;
+    // The dump of one run stops, with a console message, once it passes bytesPerFileByte
+    // bytes per byte of the file plus marginBytes (by default 64 and 64 MiB).
+    void setLogLimit(uint64_t bytesPerFileByte, uint64_t marginBytes)
+    {
+        logBytesPerFileByte = bytesPerFileByte;
+        logMarginBytes = marginBytes;
+    }
 
     // Every record created, in file order. The records are not owned by the parser.
     std::vector<FltRecord*> records;
@@ -59,5 +66,9 @@ public:
 private:
     void reportShortRecord(unsigned opcode, uint64_t offset, unsigned length);
     static constexpr uint64_t kShortRecordsReported = 10;
+    // No database written by the format's rules comes near the log limit (about ten bytes of
+    // dump per byte), while short records that dump whole tables could fill a disk.
+    uint64_t logBytesPerFileByte = 64;
+    uint64_t logMarginBytes = uint64_t(64) << 20;
     uint64_t shortRecords = 0;
 };

@@ -132,6 +132,36 @@ TEST_F(ParserTest, recordsShorterThanTheirLayoutAreNamedTenTimesThenCounted)
     for (const FltWarningMessage& m : messages()) EXPECT_EQ(m.level, 2);
 }
 
+TEST_F(ParserTest, theDumpStopsAtTheLogLimitAndTheParseGoesOn)
+{
+    // A 4-byte old material palette dumps 64 whole materials: the third one passes 64 bytes
+    // of log per byte of this file.
+    FltFixture db;
+    db.header(1570);
+    for (int i = 0; i < 20; ++i) db.add(FltRecordBytes(66, 4));
+    ParsedBytes p(db.bytes());
+    p.parser.setLogLimit(64, 0);
+    CaptureStream out(std::cout), err(std::cerr);
+    ASSERT_EQ(p.parser.run(), 0);
+    EXPECT_EQ(p.parser.records.size(), 21u);
+    EXPECT_LT(out.text().size(), 64 * db.bytes().size() + 2 * 20000);
+    EXPECT_NE(out.text().find("end of parsing"), std::string::npos);
+    const std::string limit =
+        "WARNING ! The log has grown past 64 times the file's size at the record of opcode 66 at byte offset ";
+    size_t reported = 0;
+    for (const FltWarningMessage& m : messages())
+        if (m.message.rfind(limit, 0) == 0) {
+            ++reported;
+            EXPECT_EQ(m.level, 2);
+            EXPECT_NE(m.message.find(": the records after it are not dumped"), std::string::npos);
+        }
+    EXPECT_EQ(reported, 1u);
+    // The dump is on again for the next run.
+    auto* factory = dynamic_cast<Flt_15_7_CreationVisitor*>(p.parser.creationVisitor);
+    ASSERT_TRUE(factory);
+    EXPECT_EQ(factory->getDumpStream(), &std::cout);
+}
+
 TEST_F(ParserTest, continuedSoundPaletteIsStoredTwiceAndASecondRunAppendsRecordsAndResetsTheCount)
 {
     FltFixture db;
