@@ -133,6 +133,10 @@ void FltToInventor::holdNotification(SoNode* node)
 
 void FltToInventor::releaseNotifications()
 {
+    // Groups that no pop level closed notify now.
+    std::vector<SoGroup*> open(quietOpenGroups.begin(), quietOpenGroups.end());
+    for (SoGroup* group : open) group->enableNotify(TRUE);
+    for (SoGroup* group : open) notifyClosedGroup(group);
     std::vector<SoNode*> held;
     held.swap(notificationHeld);
     for (SoNode* node : held) node->enableNotify(TRUE);

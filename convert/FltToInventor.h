@@ -26,6 +26,7 @@
 #include <set>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "convert/FltToObject.h"
@@ -305,6 +306,8 @@ protected:
     std::deque<bool> reopenedEntries;
     int openReopenedEntries = 0;
     std::unordered_map<SoGroup*, int> stackCounts;
+    // Open groups whose notification is held until they close (see visitPushLevel).
+    std::unordered_set<SoGroup*> quietOpenGroups;
     uint64_t popLevels = 0;
     uint64_t lastPrimaryBirth = 0;
     std::vector<SoNode*> notificationHeld;
@@ -401,6 +404,8 @@ protected:
     void holdNotification(SoNode* node);
     // Lets held nodes notify again, and notifies once for what changed under them.
     void releaseNotifications();
+    // Gives a group closed by a pop level its notification back, if the push held it.
+    void notifyClosedGroup(SoGroup* group);
     // Records the canonical name of the file being converted as the first link of a chain.
     void startReferenceChain();
 

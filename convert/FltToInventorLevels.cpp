@@ -38,7 +38,22 @@ void FltToInventor::visitPushLevel()
     nodesStack.push_back(opened);
     reopenedEntries.push_back(reopened);
     openReopenedEntries += reopened;
-    ++stackCounts[opened];
+    if (++stackCounts[opened] == 1 && opened && opened->isNotifyEnabled()) {
+        // Every child added to an open group would notify all the groups above it, a cost
+        // that grows with the depth of the hierarchy; the group notifies once, as it closes.
+        opened->ref();
+        opened->enableNotify(FALSE);
+        quietOpenGroups.insert(opened);
+    }
+}
+
+void FltToInventor::notifyClosedGroup(SoGroup* group)
+{
+    if (quietOpenGroups.erase(group) == 0) return;
+    group->enableNotify(TRUE);
+    group->touch();
+    // Without deleting: a LOD's content is open before anything holds it.
+    group->unrefNoDelete();
 }
 
 void FltToInventor::visitPopLevel()
@@ -50,7 +65,11 @@ void FltToInventor::visitPopLevel()
         return;
     }
     auto count = stackCounts.find(nodesStack.back());
-    if (count != stackCounts.end() && --count->second == 0) stackCounts.erase(count);
+    if (count != stackCounts.end() && --count->second == 0) {
+        SoGroup* closed = count->first;
+        stackCounts.erase(count);
+        notifyClosedGroup(closed);
+    }
     openReopenedEntries -= reopenedEntries.back();
     reopenedEntries.pop_back();
     nodesStack.pop_back();
