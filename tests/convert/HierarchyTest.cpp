@@ -2,7 +2,11 @@
 // comments applied to the node before them, unbalanced and misplaced records.
 #include <gtest/gtest.h>
 
+#include <Inventor/SbViewportRegion.h>
+#include <Inventor/actions/SoGetBoundingBoxAction.h>
+#include <Inventor/nodes/SoCoordinate3.h>
 #include <Inventor/nodes/SoInfo.h>
+#include <Inventor/nodes/SoPointSet.h>
 
 #include "ConvertSupport.h"
 
@@ -86,6 +90,31 @@ TEST(Hierarchy, pushesNeverClosedEndWithTheRecordsAndRecordsBeforeTheFirstPushAr
     FltFixture early;
     Converted e(early.header().group("early").push().group("inside").push().pop().pop());
     EXPECT_EQ(hierarchy(e), "");
+}
+
+TEST(Hierarchy, everyGroupNotifiesItsParentsAgainOnceConverted)
+{
+    // Groups hold their notification while open; closed or left open by the file, each must
+    // pass changes up again, or a host would draw a stale scene.
+    FltFixture db;
+    db.header().push().group("nfClosed").push().group("nfDeep").push().pop().pop().group("nfOpen").push().group("nfLast");
+    Converted c(db.push());
+    SoGetBoundingBoxAction box{SbViewportRegion()};
+    for (const char* name : {"nfDeep", "nfOpen", "nfLast"}) {
+        box.apply(c.root);  // caches every separator's box
+        auto* group = dynamic_cast<SoGroup*>(SoNode::getByName(name));
+        ASSERT_TRUE(group) << name;
+        EXPECT_TRUE(group->isNotifyEnabled()) << name;
+        auto* point = new SoSeparator;
+        auto* coordinates = new SoCoordinate3;
+        coordinates->point.setValue(SbVec3f(100, 0, 0));
+        point->addChild(coordinates);
+        point->addChild(new SoPointSet);
+        group->addChild(point);
+        box.apply(c.root);
+        EXPECT_EQ(box.getBoundingBox().getMax()[0], 100.0f) << name;
+        group->removeChild(point);
+    }
 }
 
 TEST(Hierarchy, hierarchyDeeperThanTheLimitIsCutWithOneMessage)
