@@ -165,86 +165,96 @@ void FltRecordMorphVertexList::dumpFields(FltDump& out) const
 
 namespace {
 
-void dumpIntegerCoordinates(FltDump& out, int32_t x, int32_t y, int32_t z)
+// The three old kinds share their head (integer coordinates), the colour fields of kinds
+// 8 and 9, and texture coordinates in the last 8 bytes of a record of exactly the longer
+// length.
+template <class Record>
+void decodeOldHead(const FltBytes& in, Record& r)
 {
-    out.i32("Xcoordinate: ", x).i32("Ycoordinate: ", y).i32("Zcoordinate: ", z);
+    r.Xcoordinate = in.i32(4);
+    r.Ycoordinate = in.i32(8);
+    r.Zcoordinate = in.i32(12);
 }
 
-void dumpOldTexture(FltDump& out, bool hasTexture, const float texture[2])
+template <class Record>
+void decodeOldColor(const FltBytes& in, Record& r)
 {
-    if (hasTexture) out.f64("texture: u=", texture[0]).f64("         v=", texture[1]);
+    r.hardEdgeFlag = in.u8(16);
+    r.shadingFlag = in.u8(17);
+    r.colorIndex = in.u16(18);
+}
+
+template <class Record>
+void decodeOldTexture(const FltBytes& in, Record& r, unsigned int lengthWithTexture)
+{
+    r.hasTexture = r.getLength() == lengthWithTexture;
+    if (r.hasTexture) in.f32s(lengthWithTexture - 8, r.texture, 2);
+}
+
+template <class Record>
+void dumpOldHead(FltDump& out, const Record& r)
+{
+    out.i32("Xcoordinate: ", r.Xcoordinate).i32("Ycoordinate: ", r.Ycoordinate).i32("Zcoordinate: ", r.Zcoordinate);
+}
+
+template <class Record>
+void dumpOldColor(FltDump& out, const Record& r)
+{
+    out.chr("hardEdgeFlag: ", static_cast<char>(r.hardEdgeFlag))
+        .chr("shadingFlag: ", static_cast<char>(r.shadingFlag))
+        .u16("colorIndex : ", r.colorIndex);
+}
+
+template <class Record>
+void dumpOldTexture(FltDump& out, const Record& r)
+{
+    if (r.hasTexture) out.f64("texture: u=", r.texture[0]).f64("         v=", r.texture[1]);
 }
 
 }  // namespace
 
 void FltRecordOldVertex::decode(const FltBytes& in)
 {
-    Xcoordinate = in.i32(4);
-    Ycoordinate = in.i32(8);
-    Zcoordinate = in.i32(12);
-    hasTexture = length == 24;
-    if (hasTexture) {
-        texture[0] = in.f32(16);
-        texture[1] = in.f32(20);
-    }
+    decodeOldHead(in, *this);
+    decodeOldTexture(in, *this, 24);
 }
 
 void FltRecordOldVertex::dumpFields(FltDump& out) const
 {
-    dumpIntegerCoordinates(out, Xcoordinate, Ycoordinate, Zcoordinate);
-    dumpOldTexture(out, hasTexture, texture);
+    dumpOldHead(out, *this);
+    dumpOldTexture(out, *this);
 }
 
 void FltRecordOldVertexColor::decode(const FltBytes& in)
 {
-    Xcoordinate = in.i32(4);
-    Ycoordinate = in.i32(8);
-    Zcoordinate = in.i32(12);
-    hardEdgeFlag = in.u8(16);
-    shadingFlag = in.u8(17);
-    colorIndex = in.u16(18);
-    hasTexture = length == 28;
-    if (hasTexture) {
-        texture[0] = in.f32(20);
-        texture[1] = in.f32(24);
-    }
+    decodeOldHead(in, *this);
+    decodeOldColor(in, *this);
+    decodeOldTexture(in, *this, 28);
 }
 
 void FltRecordOldVertexColor::dumpFields(FltDump& out) const
 {
-    dumpIntegerCoordinates(out, Xcoordinate, Ycoordinate, Zcoordinate);
-    out.chr("hardEdgeFlag: ", static_cast<char>(hardEdgeFlag))
-        .chr("shadingFlag: ", static_cast<char>(shadingFlag))
-        .u16("colorIndex : ", colorIndex);
-    dumpOldTexture(out, hasTexture, texture);
+    dumpOldHead(out, *this);
+    dumpOldColor(out, *this);
+    dumpOldTexture(out, *this);
 }
 
 void FltRecordOldVertexColorNormal::decode(const FltBytes& in)
 {
-    Xcoordinate = in.i32(4);
-    Ycoordinate = in.i32(8);
-    Zcoordinate = in.i32(12);
-    hardEdgeFlag = in.u8(16);
-    shadingFlag = in.u8(17);
-    colorIndex = in.u16(18);
+    decodeOldHead(in, *this);
+    decodeOldColor(in, *this);
     vertexNormalScaled[0] = in.i32(20);
     vertexNormalScaled[1] = in.i32(24);
     vertexNormalScaled[2] = in.i32(28);
-    hasTexture = length == 40;
-    if (hasTexture) {
-        texture[0] = in.f32(32);
-        texture[1] = in.f32(36);
-    }
+    decodeOldTexture(in, *this, 40);
 }
 
 void FltRecordOldVertexColorNormal::dumpFields(FltDump& out) const
 {
-    dumpIntegerCoordinates(out, Xcoordinate, Ycoordinate, Zcoordinate);
-    out.chr("hardEdgeFlag: ", static_cast<char>(hardEdgeFlag))
-        .chr("shadingFlag: ", static_cast<char>(shadingFlag))
-        .u16("colorIndex : ", colorIndex)
-        .i32("vertexNormalScaled: i=", vertexNormalScaled[0])
+    dumpOldHead(out, *this);
+    dumpOldColor(out, *this);
+    out.i32("vertexNormalScaled: i=", vertexNormalScaled[0])
         .i32("                    j=", vertexNormalScaled[1])
         .i32("                    k=", vertexNormalScaled[2]);
-    dumpOldTexture(out, hasTexture, texture);
+    dumpOldTexture(out, *this);
 }
