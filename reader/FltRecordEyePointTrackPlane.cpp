@@ -86,8 +86,10 @@ void FltRecordEyePointTrackPlane::decode(const FltBytes& in)
 {
     reserved = in.i32(4);
     numberOfEyePoints = wholeEntries(in, kFirstEyePoint, kEyePointSize, kMaxEyePoints);
+    eyePoints.assign(numberOfEyePoints, FltEyePointStruct());
     for (int i = 0; i < numberOfEyePoints; ++i) eyePoints[i].decode(in, kFirstEyePoint + i * kEyePointSize);
     numberOfTrackPlanes = wholeEntries(in, kFirstTrackPlane, kTrackPlaneSize, kMaxTrackPlanes);
+    trackPlanes.assign(numberOfTrackPlanes, FltTrackPlaneStruct());
     for (int i = 0; i < numberOfTrackPlanes; ++i)
         trackPlanes[i].decode(in, kFirstTrackPlane + i * kTrackPlaneSize);
 }

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "reader/FltRecord.h"
 
@@ -72,6 +73,8 @@ public:
     int32_t reserved = 0;
     int numberOfEyePoints = 0;    // entries of eyePoints decoded
     int numberOfTrackPlanes = 0;  // entries of trackPlanes decoded
-    FltEyePointStruct eyePoints[kMaxEyePoints];
-    FltTrackPlaneStruct trackPlanes[kMaxTrackPlanes];
+    // Only the entries decoded: a full record's 4 KB of tables would otherwise be taken by
+    // every record, however short.
+    std::vector<FltEyePointStruct> eyePoints;
+    std::vector<FltTrackPlaneStruct> trackPlanes;
 };
