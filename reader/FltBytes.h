@@ -21,18 +21,21 @@ public:
     bool has(size_t offset, size_t n) const { return offset <= size_ && n <= size_ - offset; }
 
     // True once any read asked for a byte past the end.
-    bool truncated() const { return truncated_; }
+    bool truncated() const { return wanted_ > size_; }
+    // The end of the furthest read past the end of the record, or 0 when every read fitted:
+    // how long the record would have to be for what was read of it.
+    size_t wanted() const { return wanted_; }
 
     uint8_t u8(size_t offset) const
     {
-        if (!has(offset, 1)) return fail<uint8_t>();
+        if (!has(offset, 1)) return fail<uint8_t>(offset, 1);
         return static_cast<uint8_t>(data_[offset]);
     }
     int8_t i8(size_t offset) const { return static_cast<int8_t>(u8(offset)); }
 
     uint16_t u16(size_t offset) const
     {
-        if (!has(offset, 2)) return fail<uint16_t>();
+        if (!has(offset, 2)) return fail<uint16_t>(offset, 2);
         uint16_t value;
         std::memcpy(&value, data_ + offset, 2);
         return fromBigEndian(value);
@@ -41,7 +44,7 @@ public:
 
     uint32_t u32(size_t offset) const
     {
-        if (!has(offset, 4)) return fail<uint32_t>();
+        if (!has(offset, 4)) return fail<uint32_t>(offset, 4);
         uint32_t value;
         std::memcpy(&value, data_ + offset, 4);
         return fromBigEndian(value);
@@ -50,7 +53,7 @@ public:
 
     uint64_t u64(size_t offset) const
     {
-        if (!has(offset, 8)) return fail<uint64_t>();
+        if (!has(offset, 8)) return fail<uint64_t>(offset, 8);
         uint64_t value;
         std::memcpy(&value, data_ + offset, 8);
         return fromBigEndian(value);
@@ -90,7 +93,7 @@ public:
         if (copied) std::memcpy(dest, data_ + offset, copied);
         if (copied < n) {
             std::memset(dest + copied, 0, n - copied);
-            truncated_ = true;
+            reachedPast(offset, n);
         }
     }
 
@@ -128,14 +131,20 @@ private:
 #endif
     }
 
-    template <typename T>
-    T fail() const
+    void reachedPast(size_t offset, size_t n) const
     {
-        truncated_ = true;
+        const size_t end = offset + n < offset ? SIZE_MAX : offset + n;
+        if (end > wanted_) wanted_ = end;
+    }
+
+    template <typename T>
+    T fail(size_t offset, size_t n) const
+    {
+        reachedPast(offset, n);
         return T(0);
     }
 
     const char* data_;
     size_t size_;
-    mutable bool truncated_ = false;
+    mutable size_t wanted_ = 0;
 };

@@ -1,6 +1,7 @@
 // The opcode factory: turns each raw record into its typed, decoded and dumped object.
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
 
 #include "reader/FltRecord.h"
@@ -12,7 +13,12 @@ public:
     virtual void visitFltRawData(FltRecord*& out, const FltRawData* raw) = 0;
     virtual ~FltCreationVisitor() = default;
     // True when the record just built is shorter than the layout its decoder reads.
-    virtual bool wasLastRecordShort() const { return false; }
+    virtual bool wasLastRecordShort() const { return lastRecordMissingBytes() > 0; }
+    // How many bytes the record just built lacks of the layout its decoder reads.
+    virtual size_t lastRecordMissingBytes() const { return 0; }
+    // From now on, a record shorter than its layout is kept as an unknown record (its bytes,
+    // no fields), which the conversion passes over.
+    virtual void keepShortRecordsAsUnknown(bool) {}
 };
 
 // The factory of the OpenFlight 15.7 record set (opcodes 0 to 114). Every opcode yields
@@ -26,7 +32,8 @@ public:
     // Creates the object an opcode names, without decoding it; null never.
     static AbstractFltRecord* createRecord(unsigned int opcode, unsigned int length, int revision);
 
-    bool wasLastRecordShort() const override { return lastRecordShort; }
+    size_t lastRecordMissingBytes() const override { return lastRecordMissing; }
+    void keepShortRecordsAsUnknown(bool value) override { shortAsUnknown = value; }
 
     // Where dumps go; null switches the dump off.
     void setDumpStream(std::ostream* stream) { dumpStream = stream; }
@@ -38,5 +45,6 @@ public:
 
 private:
     std::ostream* dumpStream;
-    bool lastRecordShort = false;
+    size_t lastRecordMissing = 0;
+    bool shortAsUnknown = false;
 };

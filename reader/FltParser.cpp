@@ -89,6 +89,7 @@ int FltParser::run()
 {
     rawDataCount = 0;
     shortRecords = 0;
+    missingBytes = 0;
     if (!isAnOpenFlightInput(input)) return 1;
     std::cout << "beginning of parsing\n";
     auto* factory = dynamic_cast<Flt_15_7_CreationVisitor*>(creationVisitor);
@@ -101,6 +102,8 @@ int FltParser::run()
     std::ostream* const dumpStream = factory ? factory->getDumpStream() : nullptr;
     const uint64_t dumpStart = FltDump::bytesWritten();
     const uint64_t dumpBudget = logBytesPerFileByte * size + logMarginBytes;
+    const uint64_t missingBudget = size + kMissingBytesMargin;
+    creationVisitor->keepShortRecordsAsUnknown(false);
     while (offset < size) {
         const uint64_t remaining = size - offset;
         if (remaining < 4) {
@@ -131,7 +134,20 @@ int FltParser::run()
         // modified: the view is bounded by the record's length, so no copy is needed.
         FltRawData raw(opcode, length, buffer + offset);
         fltRecordsVectorBuild(&raw);
-        if (creationVisitor->wasLastRecordShort()) reportShortRecord(opcode, offset, length);
+        if (creationVisitor->wasLastRecordShort()) {
+            reportShortRecord(opcode, offset, length);
+            const bool withinBudget = missingBytes <= missingBudget;
+            missingBytes += creationVisitor->lastRecordMissingBytes();
+            if (withinBudget && missingBytes > missingBudget) {
+                FltWarningMessageConsole::notifyMessage(
+                    "WARNING ! The records shorter than their layout lack " + std::to_string(missingBytes) +
+                        " bytes, more than the file's size plus 1 MiB, at the record of opcode " +
+                        std::to_string(opcode) + " at byte offset " + std::to_string(offset) +
+                        ": the short records after it are kept as unknown records and not converted",
+                    2, true);
+                creationVisitor->keepShortRecordsAsUnknown(true);
+            }
+        }
         if (dumpStream && factory->getDumpStream() && FltDump::bytesWritten() - dumpStart > dumpBudget) {
             FltWarningMessageConsole::notifyMessage(
                 "WARNING ! The log has grown past " + std::to_string(logBytesPerFileByte) +
@@ -158,6 +174,7 @@ int FltParser::run()
                 " more records were shorter than their layout (their missing fields read as zero)",
             2, true);
     if (factory) factory->setDumpStream(dumpStream);
+    creationVisitor->keepShortRecordsAsUnknown(false);
     std::cout << "end of parsing\n";
     allRecordsCreated = complete;
     return 0;

@@ -66,9 +66,15 @@ public:
 private:
     void reportShortRecord(unsigned opcode, uint64_t offset, unsigned length);
     static constexpr uint64_t kShortRecordsReported = 10;
+    // Short records keep their types while the bytes they lack, all together, stay within
+    // the file's size plus 1 MiB: a database of older, shorter layouts lacks far less than
+    // it holds. Past that, every 4-byte record would still build a whole node (hundreds of
+    // times its size), so the short records after that point become unknown records.
+    static constexpr uint64_t kMissingBytesMargin = uint64_t(1) << 20;
     // No database written by the format's rules comes near the log limit (about ten bytes of
     // dump per byte), while short records that dump whole tables could fill a disk.
     uint64_t logBytesPerFileByte = 64;
     uint64_t logMarginBytes = uint64_t(64) << 20;
     uint64_t shortRecords = 0;
+    uint64_t missingBytes = 0;
 };

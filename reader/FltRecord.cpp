@@ -41,11 +41,11 @@ std::ostream& AbstractFltRecord::properties(std::ostream& os) const
 
 void AbstractFltRecord::getPropertiesFromData(char* data) { decodeFrom(data, data ? length : 0); }
 
-bool AbstractFltRecord::decodeFrom(const char* data, size_t size)
+size_t AbstractFltRecord::decodeFrom(const char* data, size_t size)
 {
     const FltBytes in(data, size);
     decode(in);
-    return in.truncated();
+    return in.truncated() ? in.wanted() - size : 0;
 }
 
 void AbstractFltRecord::decode(const FltBytes&) {}

@@ -51,9 +51,9 @@ public:
     std::ostream& nameOpcodeAndLength(std::ostream& os) const override;
     std::ostream& properties(std::ostream& os) const override;
     void getPropertiesFromData(char* data) override;
-    // Decodes from size bytes at data; true when the layout read past them (those fields
-    // read as zero).
-    bool decodeFrom(const char* data, size_t size);
+    // Decodes from size bytes at data; returns how many bytes the layout read past them
+    // (those fields read as zero), 0 when the record holds all it reads.
+    size_t decodeFrom(const char* data, size_t size);
     // "  (" category ")" and the opcode and length line.
     virtual std::ostream& opcodeAndLength(std::ostream& os) const;
 

@@ -81,6 +81,10 @@ void release(void* p, std::size_t size) noexcept
         return;
     }
     auto* block = reinterpret_cast<Block*>(reinterpret_cast<std::uintptr_t>(p) & ~(kBlockSize - 1));
+    // The object just carved from this thread's block gives its room back: a record that is
+    // built, found short and replaced leaves no gap.
+    if (block == current.block && reinterpret_cast<char*>(p) + size == reinterpret_cast<char*>(block) + current.used)
+        current.used -= size;
     dropReference(block);
 }
 

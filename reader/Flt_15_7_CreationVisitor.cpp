@@ -159,17 +159,23 @@ AbstractFltRecord* Flt_15_7_CreationVisitor::createRecord(unsigned int opcode, u
 void Flt_15_7_CreationVisitor::visitFltRawData(FltRecord*& out, const FltRawData* raw)
 {
     out = nullptr;
-    lastRecordShort = false;
+    lastRecordMissing = 0;
     if (!raw) return;
     if (raw->opcode == 93 && previousRecord && previousRecord->getOpcode() == 93) {
         // A sound palette continues the one just before it: the same object decodes the new
         // bytes and is handed out again.
         auto* sound = static_cast<FltRecordSoundPalette*>(previousRecord);
-        lastRecordShort = sound->decodeFrom(raw->data, raw->length);
+        lastRecordMissing = sound->decodeFrom(raw->data, raw->length);
         out = sound;
     } else {
         AbstractFltRecord* record = createRecord(raw->opcode, raw->length, formatRevision);
-        lastRecordShort = record->decodeFrom(raw->data, raw->data ? raw->length : 0);
+        lastRecordMissing = record->decodeFrom(raw->data, raw->data ? raw->length : 0);
+        if (lastRecordMissing > 0 && shortAsUnknown && raw->opcode != 1) {
+            // A header keeps its type: the parse and the conversion take the revision from it.
+            delete record;
+            record = new FltRecordUnknown(static_cast<int16_t>(raw->opcode), raw->length);
+            record->decodeFrom(raw->data, raw->data ? raw->length : 0);
+        }
         out = record;
     }
     previousRecord = out;

@@ -23,9 +23,13 @@ TEST(FltBytes, readsBigEndianValuesAndFieldsPastTheEndAsZeroMarkingTruncation)
     EXPECT_EQ(std::vector<int>(abgr, abgr + 4), (std::vector<int>{0xFF, 0x3F, 0xC0, 0x00}));
     EXPECT_FALSE(in.truncated());
 
+    EXPECT_EQ(in.wanted(), 0u);
+
     EXPECT_EQ(in.u32(11), 0u);  // needs 4 bytes, only 3 exist
     EXPECT_TRUE(in.truncated());
+    EXPECT_EQ(in.wanted(), 15u);  // the record would need 15 bytes for what was read
     EXPECT_EQ(in.f64(SIZE_MAX - 2), 0.0);  // offsets near the top never wrap around
+    EXPECT_EQ(in.wanted(), SIZE_MAX);
     char text[5];
     in.chars(11, 5, text);
     EXPECT_EQ(std::string(text, 5), std::string("\xC0\0\0\0\0", 5));
