@@ -125,10 +125,89 @@ void FltToInventor::init()
 
 void FltToInventor::holdNotification(SoNode* node)
 {
-    if (!node) return;
+    if (!node || !heldSlots.emplace(node, notificationHeld.size()).second) return;
     node->ref();
     node->enableNotify(FALSE);
     notificationHeld.push_back(node);
+}
+
+void FltToInventor::keepUnattached(SoNode* node)
+{
+    node->ref();
+    unattachedSlots.emplace(node, unattachedNodes.size());
+    unattachedNodes.push_back(node);
+    releaseCandidates.push_back(node);
+}
+
+void FltToInventor::setLastPrimaryNode(SoGroup* node)
+{
+    if (node) node->ref();
+    SoGroup* previous = lastPrimaryNode;
+    lastPrimaryNode = node;
+    lastPrimaryBirth = popLevels;
+    if (!previous) return;
+    // Without deleting: a LOD's content is the last primary node before its LOD holds it.
+    // A node that nothing holds once the visit ends is freed between records of the top level.
+    previous->unrefNoDelete();
+    releaseCandidates.push_back(previous);
+}
+
+void FltToInventor::releaseLastPrimaryNode()
+{
+    SoGroup* last = lastPrimaryNode;
+    lastPrimaryNode = nullptr;
+    if (last) last->unref();
+}
+
+void FltToInventor::considerRelease(SoNode* node)
+{
+    if (node && unattachedSlots.count(node)) releaseCandidates.push_back(node);
+}
+
+void FltToInventor::releaseDeadUnattached()
+{
+    // Nodes that share a name are released by the scene graph library in time growing with
+    // how many of that name are alive: a node that nothing can reach any more goes at once,
+    // not with thousands of its namesakes when the conversion ends.
+    std::vector<SoNode*> candidates;
+    candidates.swap(releaseCandidates);
+    // No visit runs here, and every table and open group holds what it points to, so two
+    // kinds of node are out of reach: former primary nodes that nothing holds (in no graph),
+    // and unattached nodes held only by the converter that no later record can reach.
+    std::unordered_set<SoNode*> orphans;
+    std::unordered_set<SoNode*> unreachable;
+    for (SoNode* node : candidates) {
+        auto unattached = unattachedSlots.find(node);
+        if (unattached == unattachedSlots.end()) {
+            if (node != lastPrimaryNode && node->getRefCount() == 0) orphans.insert(node);
+            continue;
+        }
+        SoGroup* group = node->isOfType(SoGroup::getClassTypeId()) ? static_cast<SoGroup*>(node) : nullptr;
+        if (group && (group == lastPrimaryNode || group == result || stackCounts.count(group))) continue;
+        const int ours = 1 + int(heldSlots.count(node)) + int(group && switchChildStates.holds(group));
+        // Anything else holding it (a group it was added to later, the instance table) keeps it.
+        if (node->getRefCount() == ours) unreachable.insert(node);
+    }
+    if (orphans.empty() && unreachable.empty()) return;
+    // The switch states hold the groups they describe; they are only a cache, rebuilt on
+    // demand, and let go so that the groups below a released node go with it.
+    switchChildStates.clear();
+    for (SoNode* node : orphans) {
+        node->ref();
+        node->unref();
+    }
+    for (SoNode* node : unreachable) {
+        auto unattached = unattachedSlots.find(node);
+        unattachedNodes[unattached->second] = nullptr;
+        unattachedSlots.erase(unattached);
+        auto held = heldSlots.find(node);
+        if (held != heldSlots.end()) {
+            notificationHeld[held->second] = nullptr;
+            heldSlots.erase(held);
+            node->unrefNoDelete();
+        }
+        node->unref();
+    }
 }
 
 void FltToInventor::releaseNotifications()
@@ -136,11 +215,21 @@ void FltToInventor::releaseNotifications()
     // Groups that no pop level closed notify now.
     std::vector<SoGroup*> open(quietOpenGroups.begin(), quietOpenGroups.end());
     for (SoGroup* group : open) group->enableNotify(TRUE);
-    for (SoGroup* group : open) notifyClosedGroup(group);
+    for (SoGroup* group : open) {
+        notifyClosedGroup(group);
+        // Left open inside a group released early: nothing else holds it.
+        if (group->getRefCount() == 0 && group != lastPrimaryNode) {
+            group->ref();
+            group->unref();
+        }
+    }
     std::vector<SoNode*> held;
     held.swap(notificationHeld);
-    for (SoNode* node : held) node->enableNotify(TRUE);
+    heldSlots.clear();
+    for (SoNode* node : held)
+        if (node) node->enableNotify(TRUE);
     for (SoNode* node : held) {
+        if (!node) continue;
         node->touch();
         node->unref();
     }
@@ -155,11 +244,14 @@ FltToInventor::~FltToInventor()
     if (fileLogging) disableFileLogging();
 
     for (auto& entry : indexToNode) releaseIfUnused(entry.second);
-    for (auto& entry : textures) releaseIfUnused(entry.second);
-    for (auto& entry : lineStyles) releaseIfUnused(entry.second);
-    for (auto& entry : instances) releaseIfUnused(entry.second);
-    for (SoNode* node : unattachedNodes) node->unref();
+    for (auto& entry : textures) entry.second->unref();
+    for (auto& entry : lineStyles) entry.second->unref();
+    for (auto& entry : instances)
+        if (entry.second) entry.second->unref();
+    for (SoNode* node : unattachedNodes)
+        if (node) node->unref();
 
+    releaseLastPrimaryNode();
     if (minRangeLimitLabel) minRangeLimitLabel->unref();
     if (maxRangeLimitLabel) maxRangeLimitLabel->unref();
     if (paletteMaterial) paletteMaterial->unref();

@@ -310,10 +310,15 @@ protected:
     std::unordered_set<SoGroup*> quietOpenGroups;
     uint64_t popLevels = 0;
     uint64_t lastPrimaryBirth = 0;
+    // Held nodes in the order they were held (null where released early), and where each is.
     std::vector<SoNode*> notificationHeld;
+    std::unordered_map<SoNode*, size_t> heldSlots;
     // Nodes built while no group was open: in no graph, so the converter keeps them alive
-    // until it ends.
+    // while later records may still reach them (null where released early), where each is,
+    // and those to test at the next record of the top level (see releaseDeadUnattached).
     std::vector<SoNode*> unattachedNodes;
+    std::unordered_map<SoNode*, size_t> unattachedSlots;
+    std::vector<SoNode*> releaseCandidates;
     // Bytes of comment text that info nodes may still take: 16 times the file plus 16 MiB.
     uint64_t commentTextBudget = uint64_t(16) << 20;
     bool commentBudgetReported = false;
@@ -394,14 +399,21 @@ protected:
     // the stack, and the ancillary records after the record apply to the content.
     SoGroup* beginPrimaryNode(SoGroup* content, SoGroup* attached, const char* name, FltRecordIterator& it);
     // The node the next push level opens, and when it was made (see visitPushLevel).
-    void setLastPrimaryNode(SoGroup* node)
-    {
-        lastPrimaryNode = node;
-        lastPrimaryBirth = popLevels;
-    }
+    // The converter holds a reference on it, so that it outlives a released group around it.
+    void setLastPrimaryNode(SoGroup* node);
+    void releaseLastPrimaryNode();
     // Stops a node's change notifications until the walk ends: a node shared by many parents
     // would otherwise pass every change under it to all of them, once per change.
     void holdNotification(SoNode* node);
+    // Keeps a node that joins no group alive, as a candidate for early release.
+    void keepUnattached(SoNode* node);
+    // Marks an unattached node to be tested again: it stopped being the last primary node,
+    // closed, or lost its instance number.
+    void considerRelease(SoNode* node);
+    // Between records of the top level, where no visit holds a node, releases the candidates
+    // that nothing can reach any more: unattached, not the last primary node, not open, not
+    // an instance, and held by nothing but the converter.
+    void releaseDeadUnattached();
     // Lets held nodes notify again, and notifies once for what changed under them.
     void releaseNotifications();
     // Gives a group closed by a pop level its notification back, if the push held it.
@@ -423,10 +435,14 @@ protected:
     class SwitchChildStates {
     public:
         SwitchChildStates() = default;
-        ~SwitchChildStates();
+        ~SwitchChildStates() { clear(); }
         SwitchChildStates(const SwitchChildStates&) = delete;
         SwitchChildStates& operator=(const SwitchChildStates&) = delete;
         SwitchChildState& of(SoGroup* group);
+        // Forgets every state (a group asked again is scanned from its first child) and
+        // gives the groups back, so that released parents can free them.
+        void clear();
+        bool holds(SoGroup* group) const { return states.count(group) != 0; }
 
     private:
         std::unordered_map<SoGroup*, SwitchChildState> states;

@@ -69,6 +69,8 @@ void FltToInventor::visitPopLevel()
         SoGroup* closed = count->first;
         stackCounts.erase(count);
         notifyClosedGroup(closed);
+        // Closed inside a group released meanwhile, nothing may hold it any more.
+        releaseCandidates.push_back(closed);
     }
     openReopenedEntries -= reopenedEntries.back();
     reopenedEntries.pop_back();
@@ -84,8 +86,7 @@ void FltToInventor::addSoGroupToNodesStackTop(SoGroup* node)
     if (!parent) {
         // A primary record before the first push level belongs to no group and is dropped
         // from the graph; it is kept alive because later records may still add to it.
-        node->ref();
-        unattachedNodes.push_back(node);
+        keepUnattached(node);
         return;
     }
     const char* parentName = parent->getName().getString();

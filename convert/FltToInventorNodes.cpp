@@ -34,17 +34,6 @@ namespace {
 const char* const kSwitchInfoName = "SoInfo_child_of_FLT_switch";
 
 
-// A node whose parent is absent stays alive with the converter's other unattached nodes.
-void addToGroupOrKeep(SoGroup* parent, SoNode* node, std::vector<SoNode*>& unattached)
-{
-    if (parent) {
-        parent->addChild(node);
-    } else {
-        node->ref();
-        unattached.push_back(node);
-    }
-}
-
 }  // namespace
 
 // ---- Level of detail ----
@@ -234,9 +223,11 @@ bool FltToInventor::isSoSwitchTraverseHisChildren(SoGroup* group) const
     return isSwitchChildOn(state.list, state.switchChildren);
 }
 
-FltToInventor::SwitchChildStates::~SwitchChildStates()
+void FltToInventor::SwitchChildStates::clear()
 {
-    for (auto& entry : states) entry.first->unref();
+    std::unordered_map<SoGroup*, SwitchChildState> held;
+    held.swap(states);
+    for (auto& entry : held) entry.first->unref();
 }
 
 FltToInventor::SwitchChildState& FltToInventor::SwitchChildStates::of(SoGroup* group)
@@ -278,7 +269,11 @@ void FltToInventor::visitReplicate(const FltRecordReplicate* record, SoNode* nod
     if (!record) return;
     auto* replications = new SoSeparator;
     replications->setName("Replications");
-    addToGroupOrKeep(getNodesStackTop(), replications, unattachedNodes);
+    // Without a parent it stays alive with the converter's other unattached nodes.
+    if (SoGroup* parent = getNodesStackTop())
+        parent->addChild(replications);
+    else
+        keepUnattached(replications);
 
     const int32_t count = record->numberOfReplications;
     if (count <= 0 || !node) return;

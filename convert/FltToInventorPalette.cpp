@@ -97,8 +97,11 @@ void FltToInventor::visitTexturePattern(const FltRecordTexturePattern* record)
     if (!record) return;
     auto* texture = new SoTexture2;
     texture->filename.setValue((relativePath + record->fileName).c_str());
+    // The table holds its own reference: the faces that used an earlier texture of this
+    // index may be released before the conversion ends.
+    texture->ref();
     SoTexture2*& slot = textures[record->patternIndex];
-    releaseIfUnused(slot);
+    if (slot) slot->unref();
     slot = texture;
 }
 
@@ -114,8 +117,9 @@ void FltToInventor::visitLineStylePalette(const FltRecordLineStylePalette* recor
     auto* style = new SoDrawStyle;
     style->lineWidth = static_cast<float>(record->lineWidth);
     style->linePattern = record->patternMask;
+    style->ref();
     SoDrawStyle*& slot = lineStyles[record->lineStyleIndex];
-    releaseIfUnused(slot);
+    if (slot) slot->unref();
     slot = style;
 }
 

@@ -190,7 +190,16 @@ void FltToInventor::visitInstanceDefinition(const FltRecordInstanceDefinition* r
     auto* separator = new SoSeparator;
     separator->setName(("InstanceDefinition_" + std::to_string(record->instanceDefinitionNumber)).c_str());
     // A later definition of the same number replaces the earlier one for later references.
-    instances[record->instanceDefinitionNumber] = separator;
+    // The table holds its own reference, so that a definition inside a released group
+    // stays for the references after it.
+    separator->ref();
+    SoSeparator*& slot = instances[record->instanceDefinitionNumber];
+    SoSeparator* replaced = slot;
+    slot = separator;
+    if (replaced) {
+        replaced->unref();
+        considerRelease(replaced);
+    }
     holdNotification(separator);
     setLastPrimaryNode(separator);
     addSoGroupToNodesStackTop(separator);

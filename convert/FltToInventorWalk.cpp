@@ -57,8 +57,12 @@ void FltToInventor::visitAllFltRecords()
         case FltCategory::Palette: visitPaletteRecord(record); break;
         case FltCategory::Unknown: visitUnknownCategoryFltRecord(record); break;
         }
+        if (!releaseCandidates.empty()) releaseDeadUnattached();
     }
     releaseNotifications();
+    // The walk is over: the caller may release the root before the converter.
+    releaseLastPrimaryNode();
+    releaseCandidates.clear();
     allFltRecordsVisited = true;
 }
 

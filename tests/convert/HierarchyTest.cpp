@@ -9,8 +9,18 @@
 #include <Inventor/nodes/SoPointSet.h>
 
 #include "ConvertSupport.h"
+#include "MemoryInput.h"
+#include "reader/FltCreationVisitor.h"
+#include "reader/FltParser.h"
 
 namespace {
+
+// How many nodes of this name are alive.
+int alive(const char* name)
+{
+    SoNodeList nodes;
+    return SoNode::getByName(name, nodes);
+}
 
 // The texts of a group's leading info nodes.
 Names infosOf(SoNode* g)
@@ -147,4 +157,47 @@ TEST(Hierarchy, commentOfManyLinesStopsRepeatingItsTextAtTheBudget)
     EXPECT_LE(total, 16 * db.bytes().size() + (size_t(16) << 20));
     EXPECT_EQ(c.messages, (Names{"WARNING ! The lines of the comments would repeat more text than 16 times the "
                                  "database holds: further comment lines are not converted into info nodes"}));
+}
+
+TEST(Hierarchy, nodesOutsideTheGraphAreFreedDuringTheWalkOnceNoRecordCanReachThem)
+{
+    // Before any push, primary records join no group. The scene graph library releases N
+    // nodes of one name in N * N steps, so each goes as soon as the walk has moved past it.
+    FltFixture db;
+    db.header();
+    for (int i = 0; i < 50; ++i) db.group("lsGroup").push().group("lsChild").push().pop().pop();
+    for (int i = 0; i < 50; ++i) db.instanceDefinition(31999).push().group("lsDef").push().pop().pop();
+    db.lod("lsLod", 10, 0).push().group("lsInLod").push().pop().pop();
+    // Left open by the file: alive until the converter ends.
+    db.group("lsLast").push().switchNode("lsSwitch", 0, 1, {1}).push().group("lsOn").push();
+
+    SoDB::init();
+    MemoryInput input(db.bytes());
+    auto* root = new SoSeparator;
+    root->ref();
+    {
+        FltToInventor converter;
+        converter.setFltInputToconvert(&input);
+        dynamic_cast<Flt_15_7_CreationVisitor*>(converter.getFltParser()->creationVisitor)->setDumpStream(nullptr);
+        converter.setResult(root);
+        CaptureStream out(std::cout), err(std::cerr);
+        converter.convert();
+        // The walk is over and the converter still alive: only what a later record could
+        // still have reached is left.
+        EXPECT_EQ(alive("lsGroup"), 0);
+        EXPECT_EQ(alive("lsChild"), 0);
+        EXPECT_EQ(alive("InstanceDefinition_31999"), 1);  // the current definition
+        EXPECT_EQ(alive("lsDef"), 1);
+        EXPECT_EQ(alive("lsLod"), 0);
+        EXPECT_EQ(alive("lsInLod"), 0);
+        EXPECT_EQ(alive("lsLast"), 1);
+        EXPECT_EQ(alive("lsOn"), 1);
+        EXPECT_EQ(root->getNumChildren(), 3);  // shape hints and bindings only
+    }
+    EXPECT_EQ(alive("lsLast"), 0);
+    EXPECT_EQ(alive("InstanceDefinition_31999"), 0);
+    // The header's own reference, then the caller's.
+    EXPECT_EQ(root->getRefCount(), 2);
+    root->unrefNoDelete();
+    root->unref();
 }
