@@ -179,7 +179,7 @@ void FltToInventor::releaseDeadUnattached()
     for (SoNode* node : candidates) {
         auto unattached = unattachedSlots.find(node);
         if (unattached == unattachedSlots.end()) {
-            if (node != lastPrimaryNode && node->getRefCount() == 0) orphans.insert(node);
+            if (node != lastPrimaryNode && node != result && node->getRefCount() == 0) orphans.insert(node);
             continue;
         }
         SoGroup* group = node->isOfType(SoGroup::getClassTypeId()) ? static_cast<SoGroup*>(node) : nullptr;

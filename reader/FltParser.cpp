@@ -137,11 +137,11 @@ int FltParser::run()
         if (creationVisitor->wasLastRecordShort()) {
             reportShortRecord(opcode, offset, length);
             const bool withinBudget = missingBytes <= missingBudget;
-            missingBytes += creationVisitor->lastRecordMissingBytes();
+            missingBytes += std::max<uint64_t>(creationVisitor->lastRecordMissingBytes(), kLeastMissingBytes);
             if (withinBudget && missingBytes > missingBudget) {
                 FltWarningMessageConsole::notifyMessage(
-                    "WARNING ! The records shorter than their layout lack " + std::to_string(missingBytes) +
-                        " bytes, more than the file's size plus 1 MiB, at the record of opcode " +
+                    "WARNING ! The records shorter than their layout lack more bytes than the file's size plus 1 MiB "
+                    "(each counted as lacking at least 64) at the record of opcode " +
                         std::to_string(opcode) + " at byte offset " + std::to_string(offset) +
                         ": the short records after it are kept as unknown records and not converted",
                     2, true);

@@ -69,7 +69,9 @@ private:
     // Short records keep their types while the bytes they lack, all together, stay within
     // the file's size plus 1 MiB: a database of older, shorter layouts lacks far less than
     // it holds. Past that, every 4-byte record would still build a whole node (hundreds of
-    // times its size), so the short records after that point become unknown records.
+    // times its size), so the short records after that point become unknown records. Each
+    // counts as lacking at least 64 bytes, since it builds a node whatever it lacks.
+    static constexpr uint64_t kLeastMissingBytes = 64;
     static constexpr uint64_t kMissingBytesMargin = uint64_t(1) << 20;
     // No database written by the format's rules comes near the log limit (about ten bytes of
     // dump per byte), while short records that dump whole tables could fill a disk.

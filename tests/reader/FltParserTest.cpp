@@ -6,7 +6,6 @@
 #include "TestSupport.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltCreationVisitor.h"
-#include "reader/FltRecordDOF.h"
 #include "reader/FltRecordGroupAndObject.h"
 #include "reader/FltRecordHeader.h"
 
@@ -136,41 +135,47 @@ TEST_F(ParserTest, recordsShorterThanTheirLayoutAreNamedTenTimesThenCounted)
 
 TEST_F(ParserTest, shortRecordsLackingMoreThanTheFileHoldsBecomeUnknownRecords)
 {
-    // Each 4-byte degree-of-freedom record lacks some 380 bytes of its layout; once they
-    // lack more than the file's size plus 1 MiB, the short ones after are kept as unknown
-    // records. A header and whole records keep their types.
-    FltFixture db;
-    db.header(1570);
-    for (int i = 0; i < 3000; ++i) db.add(FltRecordBytes(14, 4));
-    db.group("whole").add(FltRecordBytes(1, 4)).add(FltRecordBytes(14, 4));
-    ParsedBytes p(db.bytes());
-    CaptureStream out(std::cout), err(std::cerr);
-    ASSERT_EQ(p.parser.run(), 0);
-    ASSERT_EQ(p.parser.records.size(), 3004u);
-    const std::string prefix = "WARNING ! The records shorter than their layout lack ";
-    std::vector<std::string> limit;
-    for (const FltWarningMessage& m : messages())
-        if (m.message.find(prefix) == 0) limit.push_back(m.message);
-    ASSERT_EQ(limit.size(), 1u);
-    const std::string where = " bytes, more than the file's size plus 1 MiB, at the record of opcode 14 at byte offset ";
-    const size_t at = limit[0].find(where);
-    ASSERT_NE(at, std::string::npos);
+    // Once the short records lack more than the file's size plus 1 MiB, each counted as
+    // lacking at least 64 bytes, the short ones after are kept as unknown records, with one
+    // message naming where. A header and whole records keep their types.
+    const std::string where = "WARNING ! The records shorter than their layout lack more bytes than the file's size "
+                              "plus 1 MiB (each counted as lacking at least 64) at the record of opcode ";
     const std::string tail = ": the short records after it are kept as unknown records and not converted";
-    EXPECT_EQ(limit[0].substr(limit[0].size() - tail.size()), tail);
-    const size_t offset = std::stoul(limit[0].substr(at + where.size()));
-    const size_t last = (offset - 324) / 4 + 1;  // index of the last record kept whole
-    EXPECT_GT(std::stoul(limit[0].substr(prefix.size())), db.bytes().size() + (1u << 20));
-    EXPECT_GT(last, 2000u);
-    EXPECT_TRUE(dynamic_cast<FltRecordDOF*>(p.parser.records[last]));
-    EXPECT_FALSE(dynamic_cast<FltRecordDOF*>(p.parser.records[last + 1]));
-    EXPECT_EQ(p.parser.records[last + 1]->getOpcode(), 14);
-    EXPECT_EQ(p.parser.records[last + 1]->getCategoryKind(), FltCategory::Unknown);
-    EXPECT_TRUE(dynamic_cast<FltRecordGroup*>(p.parser.records[3001]));
-    EXPECT_TRUE(dynamic_cast<FltRecordHeader*>(p.parser.records[3002]));
-    EXPECT_EQ(p.parser.records[3003]->getCategoryKind(), FltCategory::Unknown);
-    // Named ten times and counted like every short record (the 4-byte header is one too).
-    EXPECT_EQ(messages().back().message,
-              "WARNING ! 2992 more records were shorter than their layout (their missing fields read as zero)");
+    struct Case {
+        int opcode, count;
+        size_t lastWhole;  // index of the last record kept whole
+    } cases[] = {
+        {14, 3000, (324 + 3000 * 4 + 52 + (1u << 20)) / 376 + 1},  // a 4-byte DOF lacks 376 bytes
+        {62, 20000, (324 + 20000 * 4 + 52 + (1u << 20)) / 64 + 1},   // an instance definition, 4
+    };
+    for (const Case& c : cases) {
+        FltWarningMessageConsole::clearMessages();
+        FltFixture db;
+        db.header(1570);
+        for (int i = 0; i < c.count; ++i) db.add(FltRecordBytes(c.opcode, 4));
+        db.group("whole").add(FltRecordBytes(1, 4)).add(FltRecordBytes(c.opcode, 4));
+        ParsedBytes p(db.bytes());
+        CaptureStream out(std::cout), err(std::cerr);
+        ASSERT_EQ(p.parser.run(), 0);
+        ASSERT_EQ(p.parser.records.size(), size_t(c.count) + 4);
+        std::vector<std::string> limit;
+        for (const FltWarningMessage& m : messages())
+            if (m.message.find(where) == 0) limit.push_back(m.message);
+        ASSERT_EQ(limit.size(), 1u) << c.opcode;
+        EXPECT_EQ(limit[0], where + std::to_string(c.opcode) + " at byte offset " +
+                                std::to_string(324 + 4 * (c.lastWhole - 1)) + tail);
+        const std::vector<FltRecord*>& r = p.parser.records;
+        EXPECT_NE(r[c.lastWhole]->getCategoryKind(), FltCategory::Unknown) << c.opcode;
+        EXPECT_EQ(r[c.lastWhole + 1]->getCategoryKind(), FltCategory::Unknown) << c.opcode;
+        EXPECT_EQ(r[c.lastWhole + 1]->getOpcode(), c.opcode);
+        EXPECT_TRUE(dynamic_cast<FltRecordGroup*>(r[c.count + 1]));
+        EXPECT_TRUE(dynamic_cast<FltRecordHeader*>(r[c.count + 2]));
+        EXPECT_EQ(r[c.count + 3]->getCategoryKind(), FltCategory::Unknown);
+        // Named ten times and counted like every short record (the 4-byte header is one too).
+        EXPECT_EQ(messages().back().message, "WARNING ! " + std::to_string(c.count + 2 - 10) +
+                                                 " more records were shorter than their layout (their missing "
+                                                 "fields read as zero)");
+    }
 }
 
 TEST_F(ParserTest, theDumpStopsAtTheLogLimitAndTheParseGoesOn)
