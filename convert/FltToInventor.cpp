@@ -159,12 +159,7 @@ void FltToInventor::releaseLastPrimaryNode()
     if (last) last->unref();
 }
 
-void FltToInventor::considerRelease(SoNode* node)
-{
-    if (node && unattachedSlots.count(node)) releaseCandidates.push_back(node);
-}
-
-void FltToInventor::releaseDeadUnattached()
+void FltToInventor::releaseUnreachable()
 {
     // Nodes that share a name are released by the scene graph library in time growing with
     // how many of that name are alive: a node that nothing can reach any more goes at once,
@@ -218,7 +213,7 @@ void FltToInventor::releaseNotifications()
     for (SoGroup* group : open) {
         notifyClosedGroup(group);
         // Left open inside a group released early: nothing else holds it.
-        if (group->getRefCount() == 0 && group != lastPrimaryNode) {
+        if (group->getRefCount() == 0 && group != lastPrimaryNode && group != result) {
             group->ref();
             group->unref();
         }

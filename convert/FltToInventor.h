@@ -315,7 +315,7 @@ protected:
     std::unordered_map<SoNode*, size_t> heldSlots;
     // Nodes built while no group was open: in no graph, so the converter keeps them alive
     // while later records may still reach them (null where released early), where each is,
-    // and those to test at the next record of the top level (see releaseDeadUnattached).
+    // and those to test at the next record of the top level (see releaseUnreachable).
     std::vector<SoNode*> unattachedNodes;
     std::unordered_map<SoNode*, size_t> unattachedSlots;
     std::vector<SoNode*> releaseCandidates;
@@ -407,13 +407,12 @@ protected:
     void holdNotification(SoNode* node);
     // Keeps a node that joins no group alive, as a candidate for early release.
     void keepUnattached(SoNode* node);
-    // Marks an unattached node to be tested again: it stopped being the last primary node,
-    // closed, or lost its instance number.
-    void considerRelease(SoNode* node);
-    // Between records of the top level, where no visit holds a node, releases the candidates
-    // that nothing can reach any more: unattached, not the last primary node, not open, not
-    // an instance, and held by nothing but the converter.
-    void releaseDeadUnattached();
+    // Between records of the top level, where no visit holds a node, frees the candidates
+    // (nodes kept unattached, or that stopped being the last primary node, closed, or lost
+    // their instance number) that nothing can reach any more: former primary nodes that
+    // nothing holds, and unattached nodes, not the last primary node, not open, held by
+    // nothing but the converter.
+    void releaseUnreachable();
     // Lets held nodes notify again, and notifies once for what changed under them.
     void releaseNotifications();
     // Gives a group closed by a pop level its notification back, if the push held it.

@@ -198,7 +198,7 @@ void FltToInventor::visitInstanceDefinition(const FltRecordInstanceDefinition* r
     slot = separator;
     if (replaced) {
         replaced->unref();
-        considerRelease(replaced);
+        releaseCandidates.push_back(replaced);
     }
     holdNotification(separator);
     setLastPrimaryNode(separator);

@@ -57,7 +57,7 @@ void FltToInventor::visitAllFltRecords()
         case FltCategory::Palette: visitPaletteRecord(record); break;
         case FltCategory::Unknown: visitUnknownCategoryFltRecord(record); break;
         }
-        if (!releaseCandidates.empty()) releaseDeadUnattached();
+        if (!releaseCandidates.empty()) releaseUnreachable();
     }
     releaseNotifications();
     // The walk is over: the caller may release the root before the converter.
