@@ -1,5 +1,5 @@
 // Real databases written by other tools: every face record of the file reaches a face set,
-// and the written scene reads back.
+// the written scene reads back, and every database converts exactly as recorded.
 #include <gtest/gtest.h>
 
 #include <Inventor/SoInput.h>
@@ -7,6 +7,9 @@
 #include <Inventor/actions/SoWriteAction.h>
 #include <Inventor/nodes/SoIndexedFaceSet.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 
 #include "ConvertSupport.h"
@@ -78,4 +81,89 @@ TEST(RealDatabases, writtenSceneReadsBackWithTheSameFaces)
     EXPECT_EQ(facesInFaceSets(back), facesInFaceSets(c.root));
     EXPECT_NE(findNamed(back, "vertexColorNormalUVProperty"), nullptr);
     back->unref();
+}
+
+namespace {
+
+// The scene as ASCII Inventor text.
+std::string sceneText(SoNode* root)
+{
+    struct Buffer {
+        static void* grow(void* data, size_t size) { return std::realloc(data, size); }
+    };
+    SoOutput out;
+    out.setBuffer(std::malloc(1 << 16), 1 << 16, Buffer::grow);
+    SoWriteAction(&out).apply(root);
+    void* data = nullptr;
+    size_t size = 0;
+    out.getBuffer(data, size);
+    std::string text(static_cast<const char*>(data), size);
+    std::free(data);
+    return text;
+}
+
+// 64-bit FNV-1a, as sixteen hexadecimal digits.
+std::string digest(const std::string& text)
+{
+    uint64_t h = 1469598103934665603ull;
+    for (unsigned char c : text) h = (h ^ c) * 1099511628211ull;
+    char hex[17];
+    std::snprintf(hex, sizeof hex, "%016llx", static_cast<unsigned long long>(h));
+    return hex;
+}
+
+std::string replaceAll(std::string text, const std::string& from, const std::string& to)
+{
+    for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
+    return text;
+}
+
+}  // namespace
+
+// The scene, log and messages of every database, in a copy of the folder (references and
+// textures resolve as in the original), held against digests recorded from an earlier
+// revision: any change to the classic conversion of a real file shows here. With
+// QETZFLT_UPDATE_GOLDEN set, the digests are recorded again.
+TEST(RealDatabases, everyDatabaseConvertsAsRecorded)
+{
+    const std::string data = sharedDataDir();
+    if (data.empty()) GTEST_SKIP() << "../shared/data is absent: the real databases are not in this checkout";
+    ScratchDir copy;
+    namespace fs = std::filesystem;
+    std::vector<std::string> databases;
+    for (const auto& entry : fs::recursive_directory_iterator(data)) {
+        const fs::path relative = fs::relative(entry.path(), data);
+        if (entry.is_directory()) {
+            fs::create_directories(copy.path() / relative);
+        } else if (entry.is_regular_file()) {
+            fs::copy_file(entry.path(), copy.path() / relative);
+            std::string extension = relative.extension().string();
+            std::transform(extension.begin(), extension.end(), extension.begin(), ::tolower);
+            if (extension == ".flt") databases.push_back(relative.generic_string());
+        }
+    }
+    std::sort(databases.begin(), databases.end());
+    ASSERT_FALSE(databases.empty());
+
+    std::string actual;
+    const std::string prefix = copy.path().string();
+    for (const std::string& name : databases) {
+        Converted c(Converted::File{copy.file(name)});
+        std::string messages;
+        for (size_t i = 0; i < c.messages.size(); ++i)
+            messages += "[" + std::to_string(c.levels[i]) + "] " + c.messages[i] + "\n";
+        const std::string all = sceneText(c.root) + '\0' + c.log() + '\0' + messages + '\0' +
+                                std::to_string(c.root->getRefCount());
+        actual += digest(replaceAll(all, prefix, "DATA")) + "  " + name + "\n";
+    }
+    const std::string golden = QETZFLT_SOURCE_DIR "/tests/golden/real-databases.digests";
+    if (std::getenv("QETZFLT_UPDATE_GOLDEN")) {
+        writeFile(golden, actual);
+        GTEST_SKIP() << "rewrote " << golden;
+    }
+    const std::string expected = readFile(golden);
+    ASSERT_FALSE(expected.empty()) << golden << " is missing";
+    // One line per database: a difference names the file.
+    EXPECT_EQ(actual, expected);
 }
