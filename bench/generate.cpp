@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "FltFixture.h"
+#include "tools/FltFixture.h"
 
 namespace {
 

@@ -11,14 +11,14 @@
 #include <Inventor/nodes/SoTexture2.h>
 #include <Inventor/nodes/SoVertexProperty.h>
 
-#include <iostream>
+#include <ostream>
 
-#include "convert/FltFieldUtil.h"
+#include "convert/FltClassicColors.h"
+#include "convert/FltSharedVertexProperties.h"
 #include "diagnostics/FltWarningMessageConsole.h"
+#include "reader/FltOpcode.h"
 #include "reader/FltRecordFace.h"
 #include "reader/FltRecordVertex.h"
-
-using fltfield::entryOr;
 
 namespace {
 
@@ -28,25 +28,8 @@ const char* const kSubfaceMaterialNames[4] = {
     "subFaceVertexColorSoMaterialSet", "subFaceVertexColorNormalSoMaterialSet", "subFaceVertexColorUVSoMaterialSet",
     "subFaceVertexColorNormalUVSoMaterialSet"};
 
-// Inventor's own material defaults, for entries that nothing else defines.
-const SbColor kDefaultAmbient(0.2f, 0.2f, 0.2f);
-const SbColor kDefaultDiffuse(0.8f, 0.8f, 0.8f);
-const SbColor kBlack(0, 0, 0);
-constexpr float kDefaultShininess = 0.2f;
-
-// One entry of the converter's palette material; an index the palette does not hold reads
-// Inventor's default material.
-struct PaletteEntry {
-    SbColor ambient, diffuse, specular, emissive;
-    float shininess, transparency;
-};
-
-PaletteEntry paletteEntry(const SoMaterial* palette, int m)
-{
-    return {entryOr(palette->ambientColor, m, kDefaultAmbient), entryOr(palette->diffuseColor, m, kDefaultDiffuse),
-            entryOr(palette->specularColor, m, kBlack),       entryOr(palette->emissiveColor, m, kBlack),
-            entryOr(palette->shininess, m, kDefaultShininess), entryOr(palette->transparency, m, 0.0f)};
-}
+// Entries before one that a face sets, which no face set, hold Inventor's material defaults.
+const FltMaterial kDefaultMaterial;
 
 // Sets entry e of a vector, entries before it that nothing set taking fill.
 template <class Value>
@@ -69,34 +52,22 @@ void writeField(Field& field, const std::vector<Value>& values)
     if (!values.empty()) field.setValues(0, static_cast<int>(values.size()), values.data());
 }
 
-// The face's packed colour as red, green and blue from 0 to 1 (bytes 3, 2 and 1).
-SbColor packedRgb(const FltRecordFace* face)
-{
-    return SbColor(face->packedColor[3] / 255.0f, face->packedColor[2] / 255.0f, face->packedColor[1] / 255.0f);
-}
-
-SbColor multiply(const SbColor& a, const SbColor& b) { return SbColor(a[0] * b[0], a[1] * b[1], a[2] * b[2]); }
-
-// Transparency of a face with a material: the face's transparency weighted by the object's
-// raw transparency, which is used as it stands (the established formula).
-float materialFaceTransparency(const FltRecordFace* face, float objectTransparency, float materialTransparency)
-{
-    return static_cast<float>((face->transparency * objectTransparency / -65535.0 + 1.0) * materialTransparency);
-}
-
 }  // namespace
 
 void FltFaceMaterialEntries::setColors(int e, const SbColor& a, const SbColor& d, const SbColor& sp, const SbColor& em,
                                        float shine)
 {
-    setAt(ambient, e, a, kDefaultAmbient);
-    setAt(diffuse, e, d, kDefaultDiffuse);
-    setAt(specular, e, sp, kBlack);
-    setAt(emissive, e, em, kBlack);
-    setAt(shininess, e, shine, kDefaultShininess);
+    setAt(ambient, e, a, SbColor(kDefaultMaterial.ambient));
+    setAt(diffuse, e, d, SbColor(kDefaultMaterial.diffuse));
+    setAt(specular, e, sp, SbColor(kDefaultMaterial.specular));
+    setAt(emissive, e, em, SbColor(kDefaultMaterial.emissive));
+    setAt(shininess, e, shine, kDefaultMaterial.shininess);
 }
 
-void FltFaceMaterialEntries::setTransparency(int e, float value) { setAt(transparency, e, value, 0.0f); }
+void FltFaceMaterialEntries::setTransparency(int e, float value)
+{
+    setAt(transparency, e, value, kDefaultMaterial.transparency);
+}
 
 void FltFaceMaterialEntries::writeTo(SoMaterial* m) const
 {
@@ -108,7 +79,7 @@ void FltFaceMaterialEntries::writeTo(SoMaterial* m) const
     writeField(m->transparency, transparency);
 }
 
-FltObjectToSoSeparator::FltObjectToSoSeparator()
+FltObjectToSoSeparator::FltObjectToSoSeparator(const FltObjectContext& context) : context(context)
 {
     oldVertex.name = "oldVertexProperty";
     oldVertexColor.name = "oldVertexColorProperty";
@@ -137,18 +108,9 @@ void FltObjectToSoSeparator::setCurrentIterator(FltRecordIterator begin)
     iteratorSet = true;
 }
 
-void FltObjectToSoSeparator::setFltToInventor(FltToInventor* value)
-{
-    converter = value;
-    if (converter) {
-        formatRevision = converter->getFormatRevision();
-        rgbMode = converter->isPackedColorMode();
-    }
-}
-
 void FltObjectToSoSeparator::buildFinalSoSeparator()
 {
-    if (!converter || !iteratorSet || !destination) {
+    if (!iteratorSet || !destination) {
         FltWarningMessageConsole::notifyMessage(
             "ERROR! In class FltObjectToSoSeparator: Try to build A SoSeparator from a FLT object\n"
             " but some fields aren't correctly initialized",
@@ -166,7 +128,7 @@ void FltObjectToSoSeparator::traverseObjectPrimaryRecords()
 {
     visitAllFaces();
     for (int id = VERTEX_COLOR_PROPERTY_ID; id <= VERTEX_COLOR_NORMAL_UV_PROPERTY_ID; ++id) {
-        SoVertexProperty* property = converter->getVertexPropertyFromIntId(id);
+        SoVertexProperty* property = context.vertices.property(id);
         if (!faceGroup(id, false).coordIndex.empty()) addFaceGroup(id, false, property);
         if (!faceGroup(id, true).coordIndex.empty()) {
             // The offset is never reset: it holds for every node after it in the separator.
@@ -198,34 +160,19 @@ void FltObjectToSoSeparator::addPolygonOffset()
     destination->addChild(offset);
 }
 
-FltRecordIterator FltObjectToSoSeparator::getAllRecordsFromFltObject() const
-{
-    // The object's subtree: from its first record to the pop level that closes the first push.
-    int depth = 0;
-    FltRecordIterator it = begin_;
-    for (; *it; ++it) {
-        const int opcode = (*it)->getOpcode();
-        if (opcode == 10) {
-            ++depth;
-        } else if (opcode == 11) {
-            if (depth == 1) return it + 1;
-            --depth;
-        }
-    }
-    return it;
-}
-
 void FltObjectToSoSeparator::visitAllFaces()
 {
-    const FltRecordIterator end = getAllRecordsFromFltObject();
+    // The object's subtree: from its first record to the pop level that closes the first push.
+    FltRecordIterator end = fltSubtreeEnd(begin_);
+    fltAdvance(end);
     int subfaceDepth = 0;
     for (FltRecordIterator it = begin_; it != end; ++it) {
         const int opcode = (*it)->getOpcode();
-        if (opcode == 19)
+        if (opcode == FltOpcode::PushSubface)
             ++subfaceDepth;
-        else if (opcode == 20)
+        else if (opcode == FltOpcode::PopSubface)
             --subfaceDepth;
-        else if (opcode == 5)
+        else if (opcode == FltOpcode::Face)
             visitFace(fltRecordCast<FltRecordFace>(*it), it, end, subfaceDepth);
     }
 }
@@ -250,12 +197,18 @@ void FltObjectToSoSeparator::visitAllVertexList(FltRecordIterator position, FltR
     for (auto it = position + 1; it != end; ++it) {
         FltRecord* record = *it;
         switch (record->getOpcode()) {
-        case 5: return;
-        case 72: visitVertexList(fltRecordCast<FltRecordVertexList>(record), indices, propertyId); break;
-        case 89: visitMorphVertexList(fltRecordCast<FltRecordMorphVertexList>(record), indices, propertyId); break;
-        case 7: addOldVertexToSoVertexProperty(fltRecordCast<FltRecordOldVertex>(record)); break;
-        case 8: addOldVertexColorToSoVertexProperty(fltRecordCast<FltRecordOldVertexColor>(record)); break;
-        case 9:
+        case FltOpcode::Face: return;
+        case FltOpcode::VertexList:
+            visitVertexList(fltRecordCast<FltRecordVertexList>(record), indices, propertyId);
+            break;
+        case FltOpcode::MorphVertexList:
+            visitMorphVertexList(fltRecordCast<FltRecordMorphVertexList>(record), indices, propertyId);
+            break;
+        case FltOpcode::OldVertex: addOldVertexToSoVertexProperty(fltRecordCast<FltRecordOldVertex>(record)); break;
+        case FltOpcode::OldVertexColor:
+            addOldVertexColorToSoVertexProperty(fltRecordCast<FltRecordOldVertexColor>(record));
+            break;
+        case FltOpcode::OldVertexColorNormal:
             addOldVertexColorNormalToSoVertexProperty(fltRecordCast<FltRecordOldVertexColorNormal>(record));
             break;
         default: break;
@@ -263,23 +216,20 @@ void FltObjectToSoSeparator::visitAllVertexList(FltRecordIterator position, FltR
     }
 }
 
-namespace {
-
-// Resolves palette offsets into indices of one shared property (see visitVertexList).
-void resolveOffsets(FltToInventor& converter, const std::vector<int32_t>& offsets, std::vector<int32_t>& indices,
-                    int& propertyId)
+void FltObjectToSoSeparator::resolveOffsets(const std::vector<int32_t>& offsets, std::vector<int32_t>& indices,
+                                            int& propertyId)
 {
     if (offsets.empty()) return;
-    // Ids and indices of the face's vertices, looked up once each.
-    std::vector<std::pair<int, int32_t>>& vertices = converter.scratchVertices;
+    // Kinds and indices of the face's vertices, looked up once each.
+    std::vector<std::pair<int, int32_t>>& vertices = faceVertices;
     vertices.clear();
     bool same = true;
     bool allTextured = true;
     for (int32_t offset : offsets) {
-        const VertexEntry* entry = converter.findVertexEntry(static_cast<uint32_t>(offset));
-        const int id = converter.getIntIdFromVertexProperty(entry ? entry->property : nullptr);
+        const FltVertexEntry* entry = context.palettes.vertexAt(static_cast<uint32_t>(offset));
+        const int id = FltSharedVertexProperties::kindOf(entry);
         same = same && (vertices.empty() || id == vertices.front().first);
-        allTextured = allTextured && (id == VERTEX_COLOR_UV_PROPERTY_ID || id == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID);
+        allTextured = allTextured && fltKindHasTexCoords(id);
         vertices.emplace_back(id, entry ? entry->index : 0);
     }
     if (same) {
@@ -294,32 +244,27 @@ void resolveOffsets(FltToInventor& converter, const std::vector<int32_t>& offset
     // Vertices with texture coordinates but of two kinds: the others are copied into the
     // richest property with the average normal of its own vertices.
     propertyId = VERTEX_COLOR_NORMAL_UV_PROPERTY_ID;
-    SoVertexProperty* richest = converter.getVertexPropertyFromIntId(propertyId);
+    SoVertexProperty* richest = context.vertices.property(propertyId);
     SbVec3f sum(0, 0, 0);
     int count = 0;
     for (const auto& vertex : vertices) {
         if (vertex.first != VERTEX_COLOR_NORMAL_UV_PROPERTY_ID) continue;
-        sum += entryOr(richest->normal, vertex.second, SbVec3f(0, 0, 0));
+        if (vertex.second >= 0 && vertex.second < richest->normal.getNum()) sum += richest->normal[vertex.second];
         ++count;
     }
     const SbVec3f normal = sum / static_cast<float>(count);
     for (const auto& vertex : vertices) {
-        if (vertex.first == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID) {
+        if (vertex.first == VERTEX_COLOR_NORMAL_UV_PROPERTY_ID)
             indices.push_back(vertex.second);
-        } else {
-            int copied = 0;
-            converter.copyVertexToVertexColorNormalUV(vertex.first, vertex.second, normal, copied);
-            indices.push_back(copied);
-        }
+        else
+            indices.push_back(context.vertices.copyToRichest(vertex.first, vertex.second, normal));
     }
 }
-
-}  // namespace
 
 void FltObjectToSoSeparator::visitVertexList(const FltRecordVertexList* list, std::vector<int32_t>& indices,
                                              int& propertyId)
 {
-    if (list) resolveOffsets(*converter, list->offsets, indices, propertyId);
+    if (list) resolveOffsets(list->offsets, indices, propertyId);
 }
 
 void FltObjectToSoSeparator::visitMorphVertexList(const FltRecordMorphVertexList* list, std::vector<int32_t>& indices,
@@ -330,7 +275,7 @@ void FltObjectToSoSeparator::visitMorphVertexList(const FltRecordMorphVertexList
     // 0% offsets are the first values of the even pairs.
     std::vector<int32_t> offsets;
     for (size_t i = 0; i < list->offsets.size() / 2; ++i) offsets.push_back(list->offsets[2 * i].first);
-    resolveOffsets(*converter, offsets, indices, propertyId);
+    resolveOffsets(offsets, indices, propertyId);
 }
 
 void FltObjectToSoSeparator::addFaceToVector(const FltRecordFace* face, const std::vector<int32_t>& indices,
@@ -348,119 +293,15 @@ void FltObjectToSoSeparator::addFaceToVector(const FltRecordFace* face, const st
 // Face colours and materials.
 
 void FltObjectToSoSeparator::addFltFaceMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material,
-                                                            const int& entry)
+                                                            int entry)
 {
-    const bool noColor = face->isNoColor();
-    const bool packed = face->isPackedColor();
-    if (face->materialIndex != -1) {
-        if (noColor)
-            addFltFaceNoColorMaterialToSoMaterial(face, material, entry);
-        else if (!packed)
-            addFltFaceWithColorPaletteIndexMaterialToSoMaterial(face, material, entry);
-        else
-            addFltFaceWithPackedColorMaterialToSoMaterial(face, material, entry);
-    } else {
-        if (noColor)
-            addFltFaceNoColorNoMaterialToSoMaterial(material, entry);
-        else if (packed)
-            addFltFaceWithPackedColorNoMaterialToSoMaterial(face, material, entry);
-        else
-            addFltFaceWithColorPaletteIndexNoMaterialToSoMaterial(face, material, entry);
-    }
-}
-
-void FltObjectToSoSeparator::addFltFaceNoColorNoMaterialToSoMaterial(FltFaceMaterialEntries& material, const int& entry)
-{
-    material.setColors(entry, kDefaultAmbient, kDefaultDiffuse, kBlack, kBlack, kDefaultShininess);
-    material.setTransparency(entry, 0.0f);
-}
-
-void FltObjectToSoSeparator::addFltFaceWithColorPaletteIndexNoMaterialToSoMaterial(const FltRecordFace* face,
-                                                                                   FltFaceMaterialEntries& material,
-                                                                                   const int& entry)
-{
-    const int32_t index = face->primaryColorIndex;
-    const int32_t paletteEntry = index >> 7;
-    if (static_cast<uint32_t>(paletteEntry) > 0x20000u) {
-        std::cout << "bad color index" << "\n";
+    const FltFaceMaterialEntry e = fltClassicFaceMaterial(*face, context.palettes, context.version, objectTransparency);
+    if (!e.set) {
+        context.log << "bad color index" << "\n";
         return;
     }
-    float ignored = 0.0f;
-    SbColor color;
-    color.setPackedValue(converter->getColorTableEntry(paletteEntry), ignored);
-    color *= static_cast<float>((index & 127) / 127.0);
-    material.setColors(entry, color, color, kBlack, kBlack, 0.0f);
-    material.setTransparency(entry,
-                    static_cast<float>((face->transparency / 65535.0) * (1.0 - objectTransparency)));
-}
-
-void FltObjectToSoSeparator::addFltFaceWithPackedColorNoMaterialToSoMaterial(const FltRecordFace* face,
-                                                                             FltFaceMaterialEntries& material, const int& entry)
-{
-    // The packed alpha and both transparencies are not used here: the established look.
-    const SbColor color = packedRgb(face);
-    material.setColors(entry, color, color, kBlack, kBlack, 0.0f);
-    material.setTransparency(entry, 0.0f);
-}
-
-void FltObjectToSoSeparator::addFltFaceWithPackedColorMaterialToSoMaterial(const FltRecordFace* face,
-                                                                           FltFaceMaterialEntries& material, const int& entry)
-{
-    const PaletteEntry m = paletteEntry(converter->getPaletteMaterial(), face->materialIndex);
-    const SbColor color = packedRgb(face);
-    // The transparency entry is not written in this case: kept on purpose.
-    material.setColors(entry, multiply(color, m.ambient), multiply(color, m.diffuse), m.specular, m.emissive,
-              m.shininess);
-}
-
-void FltObjectToSoSeparator::addFltFaceNoColorMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material,
-                                                                   const int& entry)
-{
-    const PaletteEntry m = paletteEntry(converter->getPaletteMaterial(), face->materialIndex);
-    material.setColors(entry, m.ambient, m.diffuse, m.specular, m.emissive, m.shininess);
-    material.setTransparency(entry, materialFaceTransparency(face, objectTransparency, m.transparency));
-}
-
-void FltObjectToSoSeparator::addFltFaceWithColorPaletteIndexMaterialToSoMaterial(const FltRecordFace* face,
-                                                                                 FltFaceMaterialEntries& material,
-                                                                                 const int& entry)
-{
-    const PaletteEntry m = paletteEntry(converter->getPaletteMaterial(), face->materialIndex);
-    const SbColor white(1, 1, 1);
-    SbColor color = white;
-    float ignored = 0.0f;
-    if (face->texturePatternIndex != -1 && face->textureWhite != 0) {
-        color = white;
-    } else if (formatRevision >= 14) {
-        if (face->isNoColor()) {
-            color = white;
-        } else if (rgbMode || face->isPackedColor()) {
-            // Each byte divided by 255 and truncated (1 only for 255), assembled alpha high and
-            // red low and read as a table entry: nearly black. Kept on purpose, the established
-            // colour of packed faces with a material.
-            const uint8_t* abgr = face->packedColor;
-            const uint32_t a = static_cast<uint32_t>(abgr[0] / 255.0);
-            const uint32_t b = static_cast<uint32_t>(abgr[1] / 255.0);
-            const uint32_t g = static_cast<uint32_t>(abgr[2] / 255.0);
-            const uint32_t r = static_cast<uint32_t>(abgr[3] / 255.0);
-            color.setPackedValue((a << 24) | (b << 16) | (g << 8) | r, ignored);
-        } else if (formatRevision < 1540) {
-            color.setPackedValue(converter->getColorTableEntry(face->colorNameIndex >> 7), ignored);
-        } else {
-            color.setPackedValue(converter->getColorTableEntry(face->primaryColorIndex >> 7), ignored);
-        }
-    } else if (rgbMode) {
-        color.setPackedValue(converter->getColorTableEntry(face->primaryColorIndex >> 7), ignored);
-    } else {
-        const int32_t index = face->primaryColorIndex;
-        if (index >= 0 && index <= 4095)
-            color *= static_cast<float>((index & 127) / 127.0);
-        else if (index >= 4096)
-            color.setPackedValue(converter->getColorTableEntry(4096 + (index & 0xFFF)), ignored);
-    }
-    material.setColors(entry, multiply(m.ambient, color), multiply(m.diffuse, color), m.specular, m.emissive,
-              m.shininess);
-    material.setTransparency(entry, materialFaceTransparency(face, objectTransparency, m.transparency));
+    material.setColors(entry, e.ambient, e.diffuse, e.specular, e.emissive, e.shininess);
+    if (e.setsTransparency) material.setTransparency(entry, e.transparency);
 }
 
 // Face sets.
@@ -479,12 +320,12 @@ int FltObjectToSoSeparator::getTextureFileIndex(const std::vector<int32_t>& text
     return -1;
 }
 
-const char* FltObjectToSoSeparator::getSoIndexedFaceSetNameFromSoVertexProperty(SoVertexProperty*& property)
+const char* FltObjectToSoSeparator::getSoIndexedFaceSetNameFromSoVertexProperty(SoVertexProperty* property)
 {
     static const char* const names[4] = {"SoIFSVertexColor", "SoIFSVertexColorNormal", "SoIFSVertexColorUV",
                                          "SoIFSVertexColorNormalUV"};
     for (int id = VERTEX_COLOR_PROPERTY_ID; id <= VERTEX_COLOR_NORMAL_UV_PROPERTY_ID; ++id)
-        if (property && property == converter->getVertexPropertyFromIntId(id)) return names[id - 1];
+        if (property && property == context.vertices.property(id)) return names[id - 1];
     FltWarningMessageConsole::notifyMessage(
         "WARNING ! I can't give a name for a SoIndexedFaceSet\n since This SoVertexProperty doesn'fit with one of "
         "the 4 global SoVertexProperty\n SO_INDEXED_FACE_SET_WITH_UNDEFINED_VERTEX_NAME returned",
@@ -532,7 +373,8 @@ void FltObjectToSoSeparator::buildAndAddIndexedFaceSetFromIndicesVectorOneTextur
     auto* isolate = new SoSeparator;
     isolate->setName("isolateTexturesNodes");
     // A pattern absent from the palette gets no texture node.
-    if (SoTexture2* node = converter->getTexture(texture)) isolate->addChild(node);
+    auto found = context.textures.find(texture);
+    if (found != context.textures.end()) isolate->addChild(found->second);
     isolate->addChild(faceSet);
     destination->addChild(isolate);
 }

@@ -9,13 +9,20 @@
 
 #include <Inventor/SbColor.h>
 
+#include <cstdint>
+#include <iosfwd>
 #include <map>
+#include <utility>
 #include <vector>
 
-#include "convert/FltToInventor.h"
+#include "convert/FltPalettes.h"
 #include "reader/FltRecord.h"
+#include "reader/FltRecordStore.h"
 
 class FltRecordFace;
+class FltSharedVertexProperties;
+class SoGroup;
+class SoTexture2;
 class FltRecordMorphVertexList;
 class FltRecordOldVertex;
 class FltRecordOldVertexColor;
@@ -44,9 +51,21 @@ struct SoIndexedFaceSetToFinalize {
     int32_t texturePatternIndex = -1;
 };
 
-class FltObjectToSoSeparator : public FltVersion {
+// What the object builder reads: the palettes as they stand, the format revision of the
+// parse and the header's packed-colour mode, the texture nodes by pattern index and the log;
+// and the one thing it writes, the shared vertex properties, which faces mixing textured
+// vertex kinds extend.
+struct FltObjectContext {
+    const FltPalettes& palettes;
+    FltVersion version;
+    FltSharedVertexProperties& vertices;
+    const std::map<int, SoTexture2*>& textures;
+    std::ostream& log;
+};
+
+class FltObjectToSoSeparator {
 public:
-    FltObjectToSoSeparator();
+    explicit FltObjectToSoSeparator(const FltObjectContext& context);
     ~FltObjectToSoSeparator();
     FltObjectToSoSeparator(const FltObjectToSoSeparator&) = delete;
     FltObjectToSoSeparator& operator=(const FltObjectToSoSeparator&) = delete;
@@ -56,15 +75,11 @@ public:
     void setCurrentIterator(FltRecordIterator begin);
     void setCurrentFltObjectTransparency(const float& transparency) { objectTransparency = transparency; }
     void setDestination(SoGroup* group) { destination = group; }
-    void setFltToInventor(FltToInventor* converter);
     void buildFinalSoSeparator();
     bool isBuilt() const { return built; }
 
     void traverseObjectPrimaryRecords();
     void visitAllFaces();
-    // The end of the object's records: one past the pop level that closes its first push, or
-    // the end of the record array.
-    FltRecordIterator getAllRecordsFromFltObject() const;
     void visitFace(const FltRecordFace* face, FltRecordIterator position, FltRecordIterator end, int subfaceDepth);
     void visitAllVertexList(FltRecordIterator position, FltRecordIterator end, std::vector<int32_t>& indices,
                             int& propertyId);
@@ -73,17 +88,7 @@ public:
     void addPolygonOffset();
 
     // Face colours and materials: one entry per face in the group's material.
-    void addFltFaceMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material, const int& entry);
-    void addFltFaceNoColorMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material, const int& entry);
-    void addFltFaceWithColorPaletteIndexMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material,
-                                                             const int& entry);
-    void addFltFaceWithPackedColorMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material,
-                                                       const int& entry);
-    void addFltFaceWithPackedColorNoMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material,
-                                                         const int& entry);
-    void addFltFaceWithColorPaletteIndexNoMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material,
-                                                               const int& entry);
-    void addFltFaceNoColorNoMaterialToSoMaterial(FltFaceMaterialEntries& material, const int& entry);
+    void addFltFaceMaterialToSoMaterial(const FltRecordFace* face, FltFaceMaterialEntries& material, int entry);
 
     // Face sets.
     void buildAndAddIndexedFaceSetFromIndicesVector(const std::vector<int32_t>& coordIndex,
@@ -99,7 +104,7 @@ public:
                                                                    SoVertexProperty* property);
     static bool isSoIndexedFaceSetNeedsManyTextureFiles(const std::vector<int32_t>& textures);
     static int getTextureFileIndex(const std::vector<int32_t>& textures);
-    const char* getSoIndexedFaceSetNameFromSoVertexProperty(SoVertexProperty*& property);
+    const char* getSoIndexedFaceSetNameFromSoVertexProperty(SoVertexProperty* property);
     static size_t copyOneFaceVertexIndices(std::vector<int32_t>& target, const std::vector<int32_t>& coordIndex,
                                            size_t position);
 
@@ -137,16 +142,20 @@ private:
     void addFaceGroup(int propertyId, bool subface, SoVertexProperty* property);
     void buildOldVertexFaceSet(OldVertexFaces& faces, const char* name);
 
+    // The palette offsets of a face resolved into indices of one shared property.
+    void resolveOffsets(const std::vector<int32_t>& offsets, std::vector<int32_t>& indices, int& propertyId);
+
+    FltObjectContext context;
     FltRecordIterator begin_{};
     bool iteratorSet = false;
     float objectTransparency = 1.0f;
     SoGroup* destination = nullptr;
-    FltToInventor* converter = nullptr;
     bool built = false;
 
     FaceGroup groups[2][4];
     // Scratch space reused from face to face.
     std::vector<int32_t> faceIndices;
+    std::vector<std::pair<int, int32_t>> faceVertices;
     OldVertexFaces oldVertex;
     OldVertexFaces oldVertexColor;
     OldVertexFaces oldVertexColorNormal;

@@ -1,55 +1,30 @@
-// Objects, and runs of faces outside any object, become separators of face sets.
+// The faces of an object, or a run of faces outside any object, become face sets.
 #include <Inventor/nodes/SoSeparator.h>
 
 #include "convert/FltObjectToSoSeparator.h"
 #include "convert/FltToInventor.h"
+#include "reader/FltOpcode.h"
 #include "reader/FltRecordControl.h"
 #include "reader/FltRecordGroupAndObject.h"
 
-void FltToInventor::visitObject(const FltRecordObject* object, FltRecordIterator& it)
-{
-    auto* separator = new SoSeparator;
-    if (object) separator->setName(object->idASCII);
-    currentObjectSeparator = separator;
-    addSoGroupToNodesStackTop(separator);
-    if (!isEnd(it)) ++it;
-    visitAncillaryRecords(it, separator);
-    if (isEnd(it) || (*it)->getOpcode() == 11) {
-        // No records below the object: the walk must see the pop level (or the end) itself.
-        --it;
-        return;
-    }
-    const float transparency = object ? static_cast<float>(object->transparency) : 0.0f;
-    SoGroup* destination = separator;
-    visitObjectFaceRecords(it, transparency, destination);
-}
-
-void FltToInventor::visitObjectFaceRecords(FltRecordIterator& it, const float& transparency, SoGroup*& destination)
+void FltToInventor::visitObjectFaceRecords(FltRecordIterator& it, float transparency, SoGroup* destination)
 {
     {
-        FltObjectToSoSeparator builder;
+        FltObjectToSoSeparator builder(
+            FltObjectContext{palettes, {context.version.formatRevision, packedColorMode}, vertexProperties, textures,
+                             context.log});
         builder.setCurrentIterator(it);
         builder.setCurrentFltObjectTransparency(transparency);
         builder.setDestination(destination);
-        builder.setFltToInventor(this);
         builder.buildFinalSoSeparator();
     }
     // Past the object's subtree: onto the pop level that closes its first push, or the end.
-    int depth = 0;
-    for (; !isEnd(it); ++it) {
-        const int opcode = (*it)->getOpcode();
-        if (opcode == 10) {
-            ++depth;
-        } else if (opcode == 11) {
-            if (depth == 1) return;
-            --depth;
-        }
-    }
+    it = fltSubtreeEnd(it);
 }
 
 void FltToInventor::visitNextSuccessiveFaces(FltRecordIterator& it)
 {
-    if (isEnd(it) || (*it)->getOpcode() != 5) return;
+    if (!*it || (*it)->getOpcode() != FltOpcode::Face) return;
     // The run of faces is wrapped in a push and a pop level of its own and built like an
     // object of transparency 1.
     FltRecordPushLevel push(4);
@@ -58,16 +33,16 @@ void FltToInventor::visitNextSuccessiveFaces(FltRecordIterator& it)
     run.push_back(&push);
     int depth = 0;
     bool afterPop = false;
-    for (; !isEnd(it); ++it) {
+    for (; *it; ++it) {
         const int opcode = (*it)->getOpcode();
-        if (opcode == 4) break;
-        if (opcode == 11 && depth == 0) break;
-        if (afterPop && depth == 0 && opcode != 5) break;
+        if (opcode == FltOpcode::Object) break;
+        if (opcode == FltOpcode::PopLevel && depth == 0) break;
+        if (afterPop && depth == 0 && opcode != FltOpcode::Face) break;
         run.push_back(*it);
         afterPop = false;
-        if (opcode == 10) {
+        if (opcode == FltOpcode::PushLevel) {
             ++depth;
-        } else if (opcode == 11) {
+        } else if (opcode == FltOpcode::PopLevel) {
             --depth;
             afterPop = true;
         }
@@ -78,7 +53,5 @@ void FltToInventor::visitNextSuccessiveFaces(FltRecordIterator& it)
     run.push_back(nullptr);
 
     FltRecordIterator local = run.begin();
-    const float transparency = 1.0f;
-    SoGroup* destination = getNodesStackTop();
-    visitObjectFaceRecords(local, transparency, destination);
+    visitObjectFaceRecords(local, 1.0f, nodes.top());
 }

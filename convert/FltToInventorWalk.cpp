@@ -1,18 +1,15 @@
-// The walk over the parsed records: dispatch by category and opcode, ancillary records
-// applied to the node before them, children between push and pop levels; and the header.
-#include <Inventor/nodes/SoInfo.h>
-#include <Inventor/nodes/SoNormalBinding.h>
-#include <Inventor/nodes/SoScale.h>
+// The walk over the parsed records: dispatch by category and opcode, and where each primary
+// and control record puts its nodes in the hierarchy, with the children between its push
+// and pop levels.
+#include <Inventor/nodes/SoLOD.h>
+#include <Inventor/nodes/SoLabel.h>
 #include <Inventor/nodes/SoSeparator.h>
-#include <Inventor/nodes/SoShapeHints.h>
-#include <Inventor/nodes/SoTextureCoordinateBinding.h>
 
-#include <cstring>
 #include <string>
 
 #include "convert/FltToInventor.h"
 #include "diagnostics/FltWarningMessageConsole.h"
-#include "reader/FltParser.h"
+#include "reader/FltOpcode.h"
 #include "reader/FltRecordClipRegion.h"
 #include "reader/FltRecordColorPalette.h"
 #include "reader/FltRecordControl.h"
@@ -21,16 +18,13 @@
 #include "reader/FltRecordGroupAndObject.h"
 #include "reader/FltRecordHeader.h"
 #include "reader/FltRecordLOD.h"
-#include "reader/FltRecordLightSource.h"
 #include "reader/FltRecordLineStyle.h"
 #include "reader/FltRecordMaterial.h"
 #include "reader/FltRecordNamePalette.h"
 #include "reader/FltRecordSwitch.h"
 #include "reader/FltRecordText.h"
-#include "reader/FltRecordTextureMapping.h"
 #include "reader/FltRecordTexturePattern.h"
 #include "reader/FltRecordTransformations.h"
-#include "reader/FltRecordUnknown.h"
 #include "reader/FltRecordVertex.h"
 
 namespace {
@@ -39,31 +33,24 @@ namespace {
 // deeper hierarchies than this are not converted, so that no file can exhaust the stack.
 constexpr int kMaxHierarchyDepth = 500;
 
-
 }  // namespace
+
+void FltToInventor::build() { visitAllFltRecords(); }
 
 void FltToInventor::visitAllFltRecords()
 {
-    if (!fltParser) return;
-    std::vector<FltRecord*>& records = fltParser->records;
-    if (records.empty() || records.back() != nullptr) records.push_back(nullptr);
-
-    for (FltRecordIterator it = records.begin(); !isEnd(it); advance(it)) {
+    for (FltRecordIterator it = context.records.walk(); *it; fltAdvance(it)) {
         FltRecord* record = *it;
         switch (record->getCategoryKind()) {
         case FltCategory::Primary: visitPrimaryRecord(it); break;
-        case FltCategory::Ancillary: visitAncillaryRecord(record); break;
         case FltCategory::Control: visitControlRecord(record); break;
         case FltCategory::Palette: visitPaletteRecord(record); break;
-        case FltCategory::Unknown: visitUnknownCategoryFltRecord(record); break;
+        case FltCategory::Ancillary:  // an ancillary record that follows no primary one applies to nothing
+        case FltCategory::Unknown: break;
         }
-        if (!releaseCandidates.empty()) releaseUnreachable();
+        nodes.releaseUnreachable();
     }
-    releaseNotifications();
-    // The walk is over: the caller may release the root before the converter.
-    releaseLastPrimaryNode();
-    releaseCandidates.clear();
-    allFltRecordsVisited = true;
+    nodes.finishWalk();
 }
 
 void FltToInventor::visitPrimaryRecord(FltRecordIterator& it)
@@ -83,90 +70,77 @@ void FltToInventor::visitPrimaryRecord(FltRecordIterator& it)
     }
     ++hierarchyDepth;
     switch (record->getOpcode()) {
-    case 1: visitHeader(fltRecordCast<FltRecordHeader>(record)); break;
-    case 2: visitGroup(fltRecordCast<FltRecordGroup>(record), it); break;
-    case 3: visitOLDLOD(fltRecordCast<FltRecordOLDLOD>(record), it); break;
-    case 4: visitObject(fltRecordCast<FltRecordObject>(record), it); break;
-    case 5: visitNextSuccessiveFaces(it); break;
-    case 14: visitDOF(fltRecordCast<FltRecordDOF>(record), it); break;
-    case 63: visitExternalReference(fltRecordCast<FltRecordExternalReference>(record), it); break;
-    case 73: visitLOD(fltRecordCast<FltRecordLOD>(record), it); break;
-    case 95: visitText(fltRecordCast<FltRecordText>(record), it); break;
-    case 96: visitSwitch(fltRecordCast<FltRecordSwitch>(record), it); break;
-    case 98: visitClipRegion(fltRecordCast<FltRecordClipRegion>(record), it); break;
+    case FltOpcode::Header: visitHeader(fltRecordCast<FltRecordHeader>(record)); break;
+    case FltOpcode::Group: visitGroup(fltRecordCast<FltRecordGroup>(record), it); break;
+    case FltOpcode::OldLod: visitOLDLOD(fltRecordCast<FltRecordOLDLOD>(record), it); break;
+    case FltOpcode::Object: visitObject(fltRecordCast<FltRecordObject>(record), it); break;
+    case FltOpcode::Face: visitNextSuccessiveFaces(it); break;
+    case FltOpcode::DegreeOfFreedom: visitDOF(fltRecordCast<FltRecordDOF>(record), it); break;
+    case FltOpcode::ExternalReference:
+        visitExternalReference(fltRecordCast<FltRecordExternalReference>(record), it);
+        break;
+    case FltOpcode::Lod: visitLOD(fltRecordCast<FltRecordLOD>(record), it); break;
+    case FltOpcode::Text: visitText(fltRecordCast<FltRecordText>(record), it); break;
+    case FltOpcode::Switch: visitSwitch(fltRecordCast<FltRecordSwitch>(record), it); break;
+    case FltOpcode::ClipRegion: visitClipRegion(fltRecordCast<FltRecordClipRegion>(record), it); break;
     default: break;  // light sources, sounds, light points and the rest build nothing
     }
     --hierarchyDepth;
 }
 
-void FltToInventor::visitControlRecord(FltRecord* record)
+void FltToInventor::visitControlRecord(const FltRecord* record)
 {
-    if (!record) return;
     switch (record->getOpcode()) {
-    case 10: visitPushLevel(); break;
-    case 11: visitPopLevel(); break;
-    case 61: visitInstanceReference(fltRecordCast<FltRecordInstanceReference>(record)); break;
-    case 62: visitInstanceDefinition(fltRecordCast<FltRecordInstanceDefinition>(record)); break;
+    case FltOpcode::PushLevel: visitPushLevel(); break;
+    case FltOpcode::PopLevel: visitPopLevel(); break;
+    case FltOpcode::InstanceReference:
+        visitInstanceReference(fltRecordCast<FltRecordInstanceReference>(record));
+        break;
+    case FltOpcode::InstanceDefinition:
+        visitInstanceDefinition(fltRecordCast<FltRecordInstanceDefinition>(record));
+        break;
     default: break;
     }
 }
 
-void FltToInventor::visitPaletteRecord(FltRecord* record)
+void FltToInventor::visitPaletteRecord(const FltRecord* record)
 {
-    if (!record) return;
+    // Light source, texture mapping, sound and eyepoint palettes convert to nothing.
     switch (record->getOpcode()) {
-    case 32: visitColorPalette(fltRecordCast<FltRecordColorPalette>(record)); break;
-    case 64: visitTexturePattern(fltRecordCast<FltRecordTexturePattern>(record)); break;
-    case 66: visitOLDMaterialPalette(fltRecordCast<FltRecordOLDMaterialPalette>(record)); break;
-    case 67: visitVertexPalette(fltRecordCast<FltRecordVertexPalette>(record)); break;
-    case 68: visitVertexColor(fltRecordCast<FltRecordVertexColor>(record)); break;
-    case 69: visitVertexColorNormal(fltRecordCast<FltRecordVertexColorNormal>(record)); break;
-    case 70: visitVertexColorNormalUV(fltRecordCast<FltRecordVertexColorNormalUv>(record)); break;
-    case 71: visitVertexColorUV(fltRecordCast<FltRecordVertexColorUv>(record)); break;
-    case 97: visitLineStylePalette(fltRecordCast<FltRecordLineStylePalette>(record)); break;
-    case 102: visitLightSourcePalette(fltRecordCast<FltRecordLightSourcePalette>(record)); break;
-    case 112: visitTextureMapping(fltRecordCast<FltRecordTextureMappingPalette>(record)); break;
-    case 113: visitMaterial(fltRecordCast<FltRecordMaterial>(record)); break;
-    case 114: visitNamePalette(fltRecordCast<FltRecordNamePalette>(record)); break;
-    default: break;  // sound and eyepoint palettes convert to nothing
-    }
-}
-
-void FltToInventor::visitAncillaryRecord(FltRecord*) {}
-
-void FltToInventor::visitUnknownCategoryFltRecord(FltRecord*) {}
-
-void FltToInventor::iterator2VectorOfAncillaryElements(std::vector<FltRecord*>& out, FltRecordIterator& it)
-{
-    while (!isEnd(it) && (*it)->getCategoryKind() == FltCategory::Ancillary) {
-        out.push_back(*it);
-        ++it;
-    }
-}
-
-void FltToInventor::visitAncillaryRecords(FltRecordIterator& it, SoGroup* node)
-{
-    std::vector<FltRecord*> ancillary;
-    iterator2VectorOfAncillaryElements(ancillary, it);
-    for (auto position = ancillary.begin(); position != ancillary.end(); ++position) {
-        FltRecord* record = *position;
-        switch (record->getOpcode()) {
-        case 31: visitComment(fltRecordCast<FltRecordComment>(record), node); break;
-        case 33: visitLongID(fltRecordCast<FltRecordLongID>(record), node); break;
-        case 49: visitMatrix(fltRecordCast<FltRecordMatrix>(record), node); break;
-        case 60:
-            visitReplicate(fltRecordCast<FltRecordReplicate>(record), node, position, ancillary, it);
-            if (position == ancillary.end()) return;
-            break;
-        default: break;  // bounding volumes and modelling transforms convert to nothing
-        }
+    case FltOpcode::ColorPalette:
+        if (const auto* colors = fltRecordCast<FltRecordColorPalette>(record)) palettes.setColorPalette(*colors);
+        break;
+    case FltOpcode::TexturePattern: visitTexturePattern(fltRecordCast<FltRecordTexturePattern>(record)); break;
+    case FltOpcode::OldMaterialPalette:
+        if (const auto* old = fltRecordCast<FltRecordOLDMaterialPalette>(record)) palettes.setOldMaterials(*old);
+        break;
+    case FltOpcode::VertexColor:
+        visitVertex(fltRecordCast<FltRecordVertexColor>(record), VERTEX_COLOR_PROPERTY_ID);
+        break;
+    case FltOpcode::VertexColorNormal:
+        visitVertex(fltRecordCast<FltRecordVertexColorNormal>(record), VERTEX_COLOR_NORMAL_PROPERTY_ID);
+        break;
+    case FltOpcode::VertexColorNormalUv:
+        visitVertex(fltRecordCast<FltRecordVertexColorNormalUv>(record), VERTEX_COLOR_NORMAL_UV_PROPERTY_ID);
+        break;
+    case FltOpcode::VertexColorUv:
+        visitVertex(fltRecordCast<FltRecordVertexColorUv>(record), VERTEX_COLOR_UV_PROPERTY_ID);
+        break;
+    case FltOpcode::LineStylePalette: visitLineStylePalette(fltRecordCast<FltRecordLineStylePalette>(record)); break;
+    case FltOpcode::MaterialPalette:
+        if (const auto* material = fltRecordCast<FltRecordMaterial>(record)) palettes.setMaterial(*material);
+        break;
+    case FltOpcode::NamePalette:
+        if (const auto* names = fltRecordCast<FltRecordNamePalette>(record)) palettes.setNames(*names);
+        break;
+    default: break;
     }
 }
 
 void FltToInventor::visitGroupChildren(FltRecordIterator& it)
 {
-    if (isEnd(it)) return;
-    if ((*it)->getOpcode() != 10) {
+    if (!*it) return;
+    if ((*it)->getOpcode() != FltOpcode::PushLevel) {
         // Without a push level, the single following record is the only child, one level down.
         visitPushLevel();
         visitPrimaryRecord(it);
@@ -174,12 +148,12 @@ void FltToInventor::visitGroupChildren(FltRecordIterator& it)
         return;
     }
     int depth = 0;
-    for (; !isEnd(it); advance(it)) {
+    for (; *it; fltAdvance(it)) {
         const int opcode = (*it)->getOpcode();
-        if (opcode == 10) {
+        if (opcode == FltOpcode::PushLevel) {
             ++depth;
             visitPushLevel();
-        } else if (opcode == 11) {
+        } else if (opcode == FltOpcode::PopLevel) {
             --depth;
             visitPopLevel();
             if (depth <= 0) return;
@@ -193,9 +167,9 @@ SoGroup* FltToInventor::beginPrimaryNode(SoGroup* content, SoGroup* attached, co
                                         FltRecordIterator& it)
 {
     if (name) content->setName(name);
-    setLastPrimaryNode(content);
+    nodes.setLastPrimary(content);
     addSoGroupToNodesStackTop(attached);
-    advance(it);
+    fltAdvance(it);
     visitAncillaryRecords(it, content);
     return content;
 }
@@ -207,107 +181,152 @@ void FltToInventor::visitGroup(const FltRecordGroup* group, FltRecordIterator& i
     visitGroupChildren(it);
 }
 
-void FltToInventor::visitUnknownPrimaryRecord(const FltRecordUnknown*, FltRecordIterator& it)
-{
-    auto* separator = new SoSeparator;
-    beginPrimaryNode(separator, separator, "UnknownPrimaryRecord", it);
-}
-
-void FltToInventor::visitLongID(const FltRecordLongID* record, SoNode* node)
-{
-    if (record && node) node->setName(record->getText());
-}
-
-void FltToInventor::visitComment(const FltRecordComment* record, SoGroup* node)
-{
-    if (!record || !node) return;
-    // Each line break cuts the text; the piece after it runs to the end of the comment,
-    // since later breaks are not cut yet. So the first line never gets a node of its own
-    // and "A\nB" yields two nodes holding "B": kept on purpose, as the format's readers
-    // always split comments.
-    std::string copy(record->getText());
-    const size_t length = copy.size();
-    // A comment of many short lines repeats its text once per line; the text all comments
-    // may add is bounded by the file's size (see commentTextBudget).
-    auto emit = [&](size_t start) {
-        const size_t size = length - start;
-        if (size > commentTextBudget) {
-            if (!commentBudgetReported) {
-                commentBudgetReported = true;
-                FltWarningMessageConsole::notifyMessage(
-                    "WARNING ! The lines of the comments would repeat more text than 16 times the database holds: "
-                    "further comment lines are not converted into info nodes",
-                    2, true);
-            }
-            commentTextBudget = 0;
-            return;
-        }
-        commentTextBudget -= size;
-        auto* info = new SoInfo;
-        info->string.setValue(copy.c_str() + start);
-        node->addChild(info);
-    };
-    size_t start = 0;
-    for (size_t i = 0; i <= length; ++i) {
-        const char c = copy[i];
-        if (c == '\r' || c == '\n') {
-            copy[i] = '\0';
-            start = i + 1;
-            if (copy[i + 1] == '\n') {
-                start = i + 2;
-                ++i;
-            }
-            if (copy[start] != '\0') emit(start);
-        } else if (i == length) {
-            if (copy[start] != '\0') emit(start);
-        }
-    }
-}
-
 void FltToInventor::visitHeader(const FltRecordHeader* header)
 {
     if (!header) return;
-    if (!result) result = new SoSeparator;
     // This reference is never given back: the caller receives the root with a count of 1.
     result->ref();
     result->setName("root");
-    setLastPrimaryNode(result);
-
-    double factor = 1.0;
-    switch (header->vertexCoordinateUnits) {
-    case 0: factor = 1.0; break;
-    case 1: factor = 1000.0; break;
-    case 4: factor = 0.3048; break;
-    case 5: factor = 0.0254; break;
-    case 8: factor = 1852.0; break;
-    default: factor = 1.0; break;
-    }
-    if (header->formatRevisionLevel < 13) {
-        // Old files carry a unit multiplier (positive) or divisor (negative); 0 collapses the
-        // geometry, as the format's readers always did.
-        const int m = header->multiplierDiviserUnit;
-        if (m < 0)
-            factor /= -m;
-        else
-            factor *= m;
-    }
-    if (factor != 1.0) {
-        auto* scale = new SoScale;
-        const float f = static_cast<float>(factor);
-        scale->scaleFactor.setValue(f, f, f);
-        result->addChild(scale);
-    }
-
-    auto* hints = new SoShapeHints;
-    hints->vertexOrdering = SoShapeHints::COUNTERCLOCKWISE;
-    hints->shapeType = SoShapeHints::SOLID;
-    result->addChild(hints);
-    auto* texBinding = new SoTextureCoordinateBinding;
-    texBinding->value = SoTextureCoordinateBinding::PER_VERTEX_INDEXED;
-    result->addChild(texBinding);
-    auto* normalBinding = new SoNormalBinding;
-    normalBinding->value = SoNormalBinding::PER_VERTEX_INDEXED;
-    result->addChild(normalBinding);
-
+    nodes.setLastPrimary(result);
+    addHeaderNodes(*header);
     packedColorMode = header->isPackedColorMode();
+}
+
+void FltToInventor::visitLOD(const FltRecordLOD* record, FltRecordIterator& it)
+{
+    if (!record) return;
+    SoLOD* lod = makeLod(*record);
+    auto* content = new SoSeparator;
+    beginPrimaryNode(content, lod, record->idASCII, it);
+    visitGroupChildren(it);
+    completeLod(lod, content);
+}
+
+void FltToInventor::visitOLDLOD(const FltRecordOLDLOD* record, FltRecordIterator& it)
+{
+    if (!record) return;
+    FltRecordLOD widened(record->getLength());
+    widenOldLod(*record, widened);
+    visitLOD(&widened, it);
+}
+
+void FltToInventor::visitSwitch(const FltRecordSwitch* record, FltRecordIterator& it)
+{
+    if (!record) return;
+    SoSeparator* separator = makeSwitchSeparator(*record);
+    nodes.setLastPrimary(separator);
+    addSoGroupToNodesStackTop(separator);
+    fltAdvance(it);
+    visitAncillaryRecords(it, separator);
+    visitGroupChildren(it);
+}
+
+void FltToInventor::visitDOF(const FltRecordDOF* record, FltRecordIterator& it)
+{
+    if (!record) return;
+    // The local coordinate system, limits and current values stay in the record: only a
+    // matrix record following the DOF moves its subtree.
+    auto* separator = new SoSeparator;
+    beginPrimaryNode(separator, separator, record->idASCII, it);
+    visitGroupChildren(it);
+}
+
+void FltToInventor::visitClipRegion(const FltRecordClipRegion* record, FltRecordIterator& it)
+{
+    if (!record) return;
+    auto* separator = new SoSeparator;
+    beginPrimaryNode(separator, separator, record->idASCII, it);
+    // No children walk here: the walk goes on from the record after the ancillary records,
+    // so a push level there opens this separator after its clip planes.
+    --it;
+    addClipPlanes(separator, *record);
+}
+
+void FltToInventor::visitText(const FltRecordText* record, FltRecordIterator& it)
+{
+    if (!record) return;
+    // The text, its font and placement are not drawn: an empty named separator stands for it.
+    auto* separator = new SoSeparator;
+    beginPrimaryNode(separator, separator, record->idASCII, it);
+    --it;  // as for clip regions: the walk sees the record after the ancillary records
+}
+
+void FltToInventor::visitObject(const FltRecordObject* object, FltRecordIterator& it)
+{
+    auto* separator = new SoSeparator;
+    if (object) separator->setName(object->idASCII);
+    addSoGroupToNodesStackTop(separator);
+    fltAdvance(it);
+    visitAncillaryRecords(it, separator);
+    if (!*it || (*it)->getOpcode() == FltOpcode::PopLevel) {
+        // No records below the object: the walk must see the pop level (or the end) itself.
+        --it;
+        return;
+    }
+    visitObjectFaceRecords(it, object ? static_cast<float>(object->transparency) : 0.0f, separator);
+}
+
+void FltToInventor::visitExternalReference(const FltRecordExternalReference* record, FltRecordIterator& it)
+{
+    if (!record) return;
+    auto* reference = new SoSeparator;
+    nodes.setLastPrimary(reference);
+    addSoGroupToNodesStackTop(reference);
+
+    const std::string name = record->asciiPath;
+    // The prefix ends in a blank and the format adds one: two blanks before the name, intended.
+    auto* label = new SoLabel;
+    label->label.setValue((std::string("From OpenFlight File: ") + " " + name).c_str());
+    reference->addChild(label);
+
+    fltAdvance(it);
+    visitAncillaryRecords(it, reference);
+    if (name.empty()) {
+        --it;
+        return;
+    }
+    // A file that cannot be opened passes over the record after the reference's ancillary
+    // records, unlike the other ways out. Kept on purpose, as databases were always read so.
+    if (convertReferencedFile(name, reference)) --it;
+}
+
+void FltToInventor::visitInstanceDefinition(const FltRecordInstanceDefinition* record)
+{
+    if (!record) return;
+    auto* separator = new SoSeparator;
+    separator->setName(("InstanceDefinition_" + std::to_string(record->instanceDefinitionNumber)).c_str());
+    // A later definition of the same number replaces the earlier one for later references.
+    // The table holds its own reference, so that a definition inside a released group
+    // stays for the references after it.
+    separator->ref();
+    SoSeparator*& slot = instances[record->instanceDefinitionNumber];
+    SoSeparator* replaced = slot;
+    slot = separator;
+    if (replaced) {
+        replaced->unref();
+        nodes.addReleaseCandidate(replaced);
+    }
+    nodes.holdNotification(separator);
+    nodes.setLastPrimary(separator);
+    addSoGroupToNodesStackTop(separator);
+}
+
+void FltToInventor::visitInstanceReference(const FltRecordInstanceReference* record)
+{
+    if (!record) return;
+    // A number not defined yet is entered with no separator: nothing is shown for it.
+    SoSeparator* instance = instances[record->instanceDefinitionNumber];
+    if (!instance) return;
+    SoGroup* parent = nodes.top();
+    if (parent && nodes.couldContainItself(instance, parent)) {
+        const bool open = instance == parent || nodes.isOpen(instance);
+        FltWarningMessageConsole::notifyMessage(
+            "ERROR ! Instance reference " + std::to_string(record->instanceDefinitionNumber) +
+                (open ? " stands inside its own definition: not added, the instance would contain itself"
+                      : " stands under a group that a push level opened again: not added, the instance could "
+                        "contain itself"),
+            3, true);
+        return;
+    }
+    addSoGroupToNodesStackTop(instance);
 }

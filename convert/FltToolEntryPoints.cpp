@@ -1,19 +1,14 @@
-// The qetzflt* entry points: database facts, statistics file and console messages for tools.
-#include "convert/FltToolEntryPoints.h"
-
-#include <cstdint>
-#include <iostream>
+// The entry points of include/QetzFlt/QetzFlt.h for tools: database facts, the statistics
+// file and the console's messages. They parse without building and write nothing to the
+// standard streams.
 #include <map>
-#include <set>
-#include <streambuf>
 #include <string>
-#include <vector>
+#include <utility>
 
-#include "convert/FltToInventor.h"
+#include "QetzFlt/QetzFlt.h"
+#include "convert/FltConversion.h"
 #include "diagnostics/FltWarningMessageConsole.h"
-#include "reader/FltCreationVisitor.h"
-#include "reader/FltFileInput.h"
-#include "reader/FltParser.h"
+#include "reader/FltInput.h"
 #include "reader/FltRecord.h"
 #include "reader/FltRecordExternalReference.h"
 #include "reader/FltRecordHeader.h"
@@ -21,31 +16,15 @@
 
 namespace {
 
-// Swallows everything written to it.
-class NullBuffer : public std::streambuf {
-protected:
-    int overflow(int c) override { return traits_type::not_eof(c); }
-    std::streamsize xsputn(const char*, std::streamsize n) override { return n; }
-};
-
-// Silences standard output and error for its lifetime: the parse's progress lines, the
-// dumps and the console's echo are for conversions, not for inspection.
-class Silence {
-public:
-    Silence() : out_(std::cout.rdbuf(&null_)), err_(std::cerr.rdbuf(&null_)) {}
-    ~Silence()
-    {
-        std::cout.rdbuf(out_);
-        std::cerr.rdbuf(err_);
-    }
-    Silence(const Silence&) = delete;
-    Silence& operator=(const Silence&) = delete;
-
-private:
-    NullBuffer null_;
-    std::streambuf* out_;
-    std::streambuf* err_;
-};
+// A run that only parses: no log, nothing on the standard streams.
+FltConversionOptions quiet()
+{
+    FltConversionOptions options;
+    options.log = FltConversionOptions::Log::None;
+    options.standardOutput = false;
+    options.echo = false;
+    return options;
+}
 
 // "\n GROUP RECORD " becomes "GROUP RECORD".
 std::string trimmedHeading(const FltRecord* record)
@@ -58,7 +37,7 @@ std::string trimmedHeading(const FltRecord* record)
 }
 
 // The file names that references and texture patterns carry, in file order.
-void reportFileNames(const std::vector<FltRecord*>& records, QetzfltFactFunction fact, void* user)
+void reportFileNames(const FltRecordStore& records, QetzfltFactFunction fact, void* user)
 {
     for (const FltRecord* record : records) {
         if (const auto* reference = fltRecordCast<FltRecordExternalReference>(record)) {
@@ -72,42 +51,36 @@ void reportFileNames(const std::vector<FltRecord*>& records, QetzfltFactFunction
 
 int inspect(const char* path, QetzfltFactFunction fact, void* user)
 {
-    Silence silence;
-    FltWarningMessageConsole::ConversionMessages messages;
-    FltFileInput input(path);
-    if (!input.isInFlowCreated()) return 1;
-    FltParser parser(&input, false);
-    if (auto* factory = dynamic_cast<Flt_15_7_CreationVisitor*>(parser.creationVisitor))
-        factory->setDumpStream(nullptr);
-    int status = parser.run();
-    const FltRecordHeader* header =
-        parser.records.empty() ? nullptr : dynamic_cast<const FltRecordHeader*>(parser.records.front());
-    if (status == 0 && header) {
-        fact(user, "formatRevision", std::to_string(header->getFormatRevisionLevel()).c_str());
-        fact(user, "units", std::to_string(header->getVertexCoordinateUnits()).c_str());
-        fact(user, "packedColorMode", header->isPackedColorMode() ? "1" : "0");
-        fact(user, "id", std::string(header->ID).c_str());
+    FltConversion conversion(path, quiet());
+    if (!conversion.getInput()->isInFlowCreated()) return 1;
+    FltParser& parser = conversion.getParser();
+    if (parser.run() != 0) return 1;
+    const auto* header = dynamic_cast<const FltRecordHeader*>(parser.records.front());
+    if (!header) return 1;
+    fact(user, "formatRevision", std::to_string(header->getFormatRevisionLevel()).c_str());
+    fact(user, "units", std::to_string(header->getVertexCoordinateUnits()).c_str());
+    fact(user, "packedColorMode", header->isPackedColorMode() ? "1" : "0");
+    fact(user, "id", std::string(header->ID).c_str());
 
-        std::map<int, std::pair<int, std::string>> counts;
-        for (const FltRecord* record : parser.records) {
-            auto& entry = counts[record->getOpcode()];
-            if (entry.first++ == 0) entry.second = trimmedHeading(record);
-        }
-        for (const auto& entry : counts) {
-            const std::string value =
-                std::to_string(entry.first) + " " + std::to_string(entry.second.first) + " " + entry.second.second;
-            fact(user, "record", value.c_str());
-        }
-        fact(user, "recordTotal", std::to_string(parser.records.size()).c_str());
-        reportFileNames(parser.records, fact, user);
-    } else {
-        status = 1;
+    std::map<int, std::pair<int, std::string>> counts;
+    for (const FltRecord* record : parser.records) {
+        auto& entry = counts[record->getOpcode()];
+        if (entry.first++ == 0) entry.second = trimmedHeading(record);
     }
-    // A continued record stands twice in the array and is freed once.
-    const std::set<FltRecord*> unique(parser.records.begin(), parser.records.end());
-    for (FltRecord* record : unique) delete record;
-    parser.records.clear();
-    return status;
+    for (const auto& entry : counts) {
+        const std::string value =
+            std::to_string(entry.first) + " " + std::to_string(entry.second.first) + " " + entry.second.second;
+        fact(user, "record", value.c_str());
+    }
+    fact(user, "recordTotal", std::to_string(parser.records.size()).c_str());
+    reportFileNames(parser.records, fact, user);
+    return 0;
+}
+
+const FltWarningMessage* message(int index)
+{
+    const auto& messages = FltWarningMessageConsole::getMessages();
+    return index >= 0 && index < static_cast<int>(messages.size()) ? &messages[static_cast<size_t>(index)] : nullptr;
 }
 
 }  // namespace
@@ -128,17 +101,9 @@ int qetzfltWriteStatistics(const char* path)
 {
     if (!path || !*path) return 1;
     try {
-        Silence silence;
-        FltWarningMessageConsole::ConversionMessages messages;
-        FltFileInput input(path);
-        if (!input.isInFlowCreated()) return 1;
-        FltToInventor converter;
-        converter.setFltInputToconvert(&input);
-        FltParser* parser = converter.getFltParser();
-        if (auto* factory = dynamic_cast<Flt_15_7_CreationVisitor*>(parser->creationVisitor))
-            factory->setDumpStream(nullptr);
-        if (parser->run() != 0) return 1;
-        converter.makeStats();
+        FltConversion conversion(path, quiet());
+        if (!conversion.getInput()->isInFlowCreated() || conversion.getParser().run() != 0) return 1;
+        conversion.writeStatistics();
         return 0;
     } catch (...) {
         return 1;
@@ -149,13 +114,13 @@ int qetzfltMessageCount(void) { return static_cast<int>(FltWarningMessageConsole
 
 const char* qetzfltMessageText(int index)
 {
-    const auto& messages = FltWarningMessageConsole::getMessages();
-    return index >= 0 && index < static_cast<int>(messages.size()) ? messages[index].getMessage() : nullptr;
+    const FltWarningMessage* m = message(index);
+    return m ? m->getMessage() : nullptr;
 }
 
 int qetzfltMessageLevel(int index)
 {
-    const auto& messages = FltWarningMessageConsole::getMessages();
-    return index >= 0 && index < static_cast<int>(messages.size()) ? messages[index].getLevel() : 0;
+    const FltWarningMessage* m = message(index);
+    return m ? m->getLevel() : 0;
 }
 }

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "diagnostics/FltWarningMessageConsole.h"
-#include "reader/FltRecord.h"
 
 namespace {
 char* copyOf(const char* text)
@@ -30,8 +29,6 @@ FltStatisticsTool::~FltStatisticsTool()
     delete[] statFileName;
     if (output) std::fclose(output);
 }
-
-void FltStatisticsTool::setVectorOfFltRecords(std::vector<FltRecord*>& value) { records = &value; }
 
 void FltStatisticsTool::setFltFile(const char* name)
 {
@@ -81,10 +78,6 @@ void FltStatisticsTool::makeStatistics()
         return;
     }
     if (isOutputFileEmpty()) writeFltStatisticsHeader();
-    counts.clear();
-    if (records)
-        for (const FltRecord* record : *records)
-            if (record) ++counts[record->getOpcode()];
     for (const auto& [opcode, count] : counts) std::fprintf(output, " \n Opcode %d:  %d ", opcode, count);
     std::fclose(output);
     output = nullptr;

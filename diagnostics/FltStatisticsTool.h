@@ -1,12 +1,9 @@
-// FltStatisticsTool: counts the records of a database by opcode and writes the counts to a
-// small text file next to it (the database's name followed by ".stat").
+// FltStatisticsTool: counts the records of a database by opcode, as they are shown to it, and
+// writes the counts to a small text file next to it (the database's name followed by ".stat").
 #pragma once
 
 #include <cstdio>
 #include <map>
-#include <vector>
-
-class FltRecord;
 
 class FltStatisticsTool {
 public:
@@ -15,7 +12,8 @@ public:
     FltStatisticsTool(const FltStatisticsTool&) = delete;
     FltStatisticsTool& operator=(const FltStatisticsTool&) = delete;
 
-    void setVectorOfFltRecords(std::vector<FltRecord*>& records);
+    // Counts one record of this opcode.
+    void countRecord(int opcode) { ++counts[opcode]; }
     void setFltFile(const char* name);
     void setStatFile(const char* name);
     // Creates the statistics file empty.
@@ -23,13 +21,12 @@ public:
     // True when the open output file holds nothing yet.
     bool isOutputFileEmpty();
     void writeFltStatisticsHeader();
-    // Appends the header (to an empty file) and one line per opcode, ascending.
+    // Appends the header (to an empty file) and one line per opcode counted, ascending.
     void makeStatistics();
 
     const std::map<int, int>& getCounts() const { return counts; }
 
 private:
-    std::vector<FltRecord*>* records = nullptr;
     std::map<int, int> counts;
     char* fltFileName = nullptr;
     char* statFileName = nullptr;

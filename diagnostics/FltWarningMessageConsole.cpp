@@ -2,6 +2,7 @@
 #include "diagnostics/FltWarningMessageConsole.h"
 
 #include <iostream>
+#include <mutex>
 #include <string>
 #include <unordered_map>
 
@@ -13,16 +14,27 @@ struct Repeats {
     bool show = false;
 };
 
+// A conversion runs on one thread from start to end, so what it counts is the thread's.
 struct ConversionScope {
     int depth = 0;
+    bool echo = true;
     std::unordered_map<std::string, Repeats> byText;
     std::vector<std::string> suppressedInOrder;
+    std::vector<FltWarningMessage> current;
+    std::vector<FltWarningMessage> last;
 };
 
 ConversionScope& scope()
 {
-    static ConversionScope instance;
+    thread_local ConversionScope instance;
     return instance;
+}
+
+// Guards the process-wide list and the echo, which every thread shares.
+std::mutex& storeMutex()
+{
+    static std::mutex mutex;
+    return mutex;
 }
 
 }  // namespace
@@ -47,9 +59,11 @@ void FltWarningMessageConsole::notifyMessage(const char* message, int level, boo
             repeats.show = repeats.show || show;
             return;
         }
+        conversion.current.emplace_back(text, level);
     }
+    std::lock_guard<std::mutex> lock(storeMutex());
     store().emplace_back(text, level);
-    if (show) {
+    if (show && conversion.echo) {
         std::cerr << text << std::endl;
         std::cerr << "(Warning Level: " << level << ")" << std::endl;
         std::cerr << std::endl;
@@ -58,6 +72,7 @@ void FltWarningMessageConsole::notifyMessage(const char* message, int level, boo
 
 void FltWarningMessageConsole::showMessagesConsole(int minimumLevel)
 {
+    std::lock_guard<std::mutex> lock(storeMutex());
     for (const FltWarningMessage& m : store()) {
         if (m.level < minimumLevel) continue;
         std::cerr << m.message << std::endl;
@@ -77,9 +92,31 @@ FltWarningMessageConsole* FltWarningMessageConsole::getInstance()
 
 const std::vector<FltWarningMessage>& FltWarningMessageConsole::getMessages() { return store(); }
 
-void FltWarningMessageConsole::clearMessages() { store().clear(); }
+void FltWarningMessageConsole::clearMessages()
+{
+    std::lock_guard<std::mutex> lock(storeMutex());
+    store().clear();
+}
 
-void FltWarningMessageConsole::beginConversion() { ++scope().depth; }
+const std::vector<FltWarningMessage>& FltWarningMessageConsole::getLastConversionMessages() { return scope().last; }
+
+void FltWarningMessageConsole::beginConversion()
+{
+    ConversionScope& conversion = scope();
+    if (conversion.depth++ == 0) conversion.current.clear();
+}
+
+FltWarningMessageConsole::ConversionMessages::ConversionMessages(bool echo) : savedEcho_(scope().echo)
+{
+    scope().echo = savedEcho_ && echo;
+    beginConversion();
+}
+
+FltWarningMessageConsole::ConversionMessages::~ConversionMessages()
+{
+    endConversion();
+    scope().echo = savedEcho_;
+}
 
 void FltWarningMessageConsole::endConversion()
 {
@@ -91,8 +128,12 @@ void FltWarningMessageConsole::endConversion()
     byText.swap(conversion.byText);
     for (const std::string& text : suppressed) {
         const Repeats& repeats = byText[text];
-        notifyMessage("WARNING ! The message \"" + text + "\" came " + std::to_string(repeats.count - kMaxRepeats) +
-                          " more times and was not repeated",
-                      repeats.level, repeats.show);
+        const std::string summary = "WARNING ! The message \"" + text + "\" came " +
+                                    std::to_string(repeats.count - kMaxRepeats) + " more times and was not repeated";
+        notifyMessage(summary, repeats.level, repeats.show);
+        // Given outside the conversion, the summary belongs to it all the same.
+        conversion.current.emplace_back(summary, repeats.level);
     }
+    conversion.last.swap(conversion.current);
+    conversion.current.clear();
 }

@@ -7,6 +7,9 @@
 //     text
 //     (Warning Level: 3)
 //     <blank line>
+//
+// A conversion also keeps its own messages: those given on its thread while it runs, which
+// stay readable after it ends as the last conversion's messages of that thread.
 #pragma once
 
 #include <string>
@@ -49,15 +52,23 @@ public:
     static constexpr int kMaxRepeats = 1000;
     static void beginConversion();
     static void endConversion();
-    // A conversion for the life of the object: conversions, inspections and statistics runs
-    // all keep their repeated messages within the cap.
+    // A conversion on this thread for the life of the object: conversions, inspections and
+    // statistics runs all keep their repeated messages within the cap. Without echo, the
+    // messages given meanwhile on this thread are kept but not echoed. Nested ones belong to
+    // the outermost.
     class ConversionMessages {
     public:
-        ConversionMessages() { beginConversion(); }
-        ~ConversionMessages() { endConversion(); }
+        explicit ConversionMessages(bool echo = true);
+        ~ConversionMessages();
         ConversionMessages(const ConversionMessages&) = delete;
         ConversionMessages& operator=(const ConversionMessages&) = delete;
+
+    private:
+        bool savedEcho_;
     };
+    // The messages of the last conversion (or inspection, or statistics run) that ended on the
+    // calling thread, oldest first.
+    static const std::vector<FltWarningMessage>& getLastConversionMessages();
 
     static int currentWarningLevel;
 

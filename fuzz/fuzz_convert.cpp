@@ -1,7 +1,8 @@
 // libFuzzer target: arbitrary bytes through the whole conversion, as a host calls it.
 //
-// Each input is written as db.flt into a scratch directory and converted with convertFrom:
-// parse, walk, geometry and nodes. The same bytes also stand as ref.flt beside it, so that
+// Each input is written as db.flt into a scratch directory and converted as a host would,
+// with the log and its dump but nothing on the standard streams: parse, dump, walk,
+// geometry and nodes. The same bytes also stand as ref.flt beside it, so that
 // external references of the input ("ref.flt", "./db.flt", ...) resolve inside the scratch
 // directory, to itself included: reference cycles are exercised too.
 #include <Inventor/SoDB.h>
@@ -16,7 +17,7 @@
 #include <iostream>
 #include <string>
 
-#include "convert/FltToInventor.h"
+#include "QetzFlt/QetzFlt.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 
 namespace {
@@ -53,9 +54,6 @@ void writeBytes(const std::string& path, const uint8_t* data, size_t size)
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
     SoDB::init();
-    // The console's echo and the library's lines on standard output would drown the fuzzer's.
-    std::cerr.rdbuf(nullptr);
-    std::cout.rdbuf(nullptr);
     return 0;
 }
 
@@ -64,7 +62,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     static Scratch scratch;
     writeBytes(scratch.db, data, size);
     writeBytes(scratch.ref, data, size);
-    SoSeparator* root = convertFrom(scratch.db.c_str());
+    // The console's echo and the library's lines on standard output would drown the fuzzer's.
+    SoSeparator* root = qetzfltConvert(scratch.db.c_str(), QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_NO_ECHO);
     if (root) {
         if (root->getRefCount() == 0) root->ref();
         root->unref();

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "EveryRecordDatabase.h"
-#include "FltFixture.h"
+#include "tools/FltFixture.h"
 
 namespace {
 

@@ -19,6 +19,11 @@ public:
     // From now on, a record shorter than its layout is kept as an unknown record (its bytes,
     // no fields), which the conversion passes over.
     virtual void keepShortRecordsAsUnknown(bool) {}
+    // A parse begins: nothing made before continues into it.
+    virtual void beginParse() {}
+    // Where each record's dump goes; null switches the dump off.
+    virtual void setDumpStream(std::ostream*) {}
+    virtual std::ostream* getDumpStream() const { return nullptr; }
 };
 
 // The factory of the OpenFlight 15.7 record set (opcodes 0 to 114). Every opcode yields
@@ -34,10 +39,9 @@ public:
 
     size_t lastRecordMissingBytes() const override { return lastRecordMissing; }
     void keepShortRecordsAsUnknown(bool value) override { shortAsUnknown = value; }
-
-    // Where dumps go; null switches the dump off.
-    void setDumpStream(std::ostream* stream) { dumpStream = stream; }
-    std::ostream* getDumpStream() const { return dumpStream; }
+    void beginParse() override { previousRecord = nullptr; }
+    void setDumpStream(std::ostream* stream) override { dumpStream = stream; }
+    std::ostream* getDumpStream() const override { return dumpStream; }
 
     // The record created just before: a sound palette directly after another one continues
     // it instead of making a new object.

@@ -5,11 +5,25 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <iostream>
 #include <new>
+#include <string>
 
-FltFileInput::FltFileInput(const char* path)
+FltFileInput::FltFileInput(const char* path) : FltFileInput(path, &std::cout, &std::cerr) {}
+
+bool FltFileInput::canOpen(const char* path)
+{
+    std::string name = path ? path : "";
+    std::replace(name.begin(), name.end(), '\\', '/');
+    const int fd = ::open(name.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) return false;
+    ::close(fd);
+    return true;
+}
+
+FltFileInput::FltFileInput(const char* path, std::ostream* progress, std::ostream* errors)
 {
     if (!path) path = "";
     size_t n = std::strlen(path);
@@ -40,15 +54,15 @@ FltFileInput::FltFileInput(const char* path)
         if (!file) ::close(fd);
     }
     if (!file) {
-        std::cerr << "Error in opening file: " << fileName << "\n";
+        if (errors) *errors << "Error in opening file: " << fileName << "\n";
         return;
     }
 
-    std::cout << "\n" << "Success in opening file: " << fileName << "\n";
+    if (progress) *progress << "\n" << "Success in opening file: " << fileName << "\n";
     calculFileSize();
     buffer = new (std::nothrow) char[size ? size : 1];
     if (!buffer) {
-        std::cerr << "Error in reading file: " << fileName << "\n";
+        if (errors) *errors << "Error in reading file: " << fileName << "\n";
         size = 0;
     } else {
         // A short read keeps only the bytes that arrived, so nothing uninitialised is parsed.

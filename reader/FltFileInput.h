@@ -6,12 +6,17 @@
 #pragma once
 
 #include <cstdio>
+#include <iosfwd>
 
 #include "reader/FltInput.h"
 
 class FltFileInput : public FltInput {
 public:
+    // Reads the file, saying so on standard output ("Success in opening file: ") or, when it
+    // cannot, on standard error.
     explicit FltFileInput(const char* path);
+    // The same with those lines sent to the streams given; null for nowhere.
+    FltFileInput(const char* path, std::ostream* progress, std::ostream* errors);
     ~FltFileInput() override;
     FltFileInput(const FltFileInput&) = delete;
     FltFileInput& operator=(const FltFileInput&) = delete;
@@ -25,6 +30,10 @@ public:
 
     // Debugging aid: every byte as an unsigned decimal followed by a blank, on one line.
     void showBuffer() const;
+
+    // Whether the file at path (backslashes read as slashes) opens for reading, found out
+    // without blocking: opening a named pipe would wait for a writer forever.
+    static bool canOpen(const char* path);
 
 protected:
     void calculFileSize();

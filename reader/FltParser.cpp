@@ -12,6 +12,7 @@
 #include "reader/FltCreationVisitor.h"
 #include "reader/FltDump.h"
 #include "reader/FltInput.h"
+#include "reader/FltOpcode.h"
 #include "reader/FltRawData.h"
 #include "reader/FltRecordHeader.h"
 
@@ -19,9 +20,12 @@ namespace {
 void reportDamage(const std::string& text) { FltWarningMessageConsole::notifyMessage(text, 3, true); }
 }  // namespace
 
-FltParser::FltParser() { init(); }
+FltParser::FltParser() : progress(&std::cout) { init(); }
 
-FltParser::FltParser(FltInput* input, bool ownsInput) : input(input), ownsInput(ownsInput) { init(); }
+FltParser::FltParser(FltInput* input, bool ownsInput) : input(input), ownsInput(ownsInput), progress(&std::cout)
+{
+    init();
+}
 
 FltParser::~FltParser()
 {
@@ -66,12 +70,21 @@ void FltParser::notify(const FltRecord* record)
     for (size_t i = 0; i < observers.size(); ++i) observers[i]->update(record);
 }
 
+void FltParser::setDumpStream(std::ostream* stream)
+{
+    if (creationVisitor) creationVisitor->setDumpStream(stream);
+}
+
+bool FltParser::isDatabaseStart(const char* bytes, uint64_t size)
+{
+    if (!bytes) return false;
+    FltBytes head(bytes, static_cast<size_t>(std::min<uint64_t>(size, 4)));
+    return head.has(0, 4) && head.u16(0) == FltOpcode::Header && head.u16(2) != 0;
+}
+
 bool FltParser::isAnOpenFlightInput(FltInput* candidate)
 {
-    if (candidate && candidate->getBuffer()) {
-        FltBytes head(candidate->getBuffer(), static_cast<size_t>(std::min<uint64_t>(candidate->getSize(), 4)));
-        if (head.has(0, 4) && head.u16(0) == 1 && head.u16(2) != 0) return true;
-    }
+    if (candidate && isDatabaseStart(candidate->getBuffer(), candidate->getSize())) return true;
     FltWarningMessageConsole::notifyMessage("ERROR! Not an Openflight Input !", 3, true);
     return false;
 }
@@ -81,7 +94,7 @@ void FltParser::fltRecordsVectorBuild(FltRawData* raw)
     FltRecord* record = nullptr;
     creationVisitor->visitFltRawData(record, raw);
     if (!record) return;
-    records.push_back(record);
+    records.add(record);
     notify(record);
 }
 
@@ -91,15 +104,14 @@ int FltParser::run()
     shortRecords = 0;
     missingBytes = 0;
     if (!isAnOpenFlightInput(input)) return 1;
-    std::cout << "beginning of parsing\n";
-    auto* factory = dynamic_cast<Flt_15_7_CreationVisitor*>(creationVisitor);
-    if (factory) factory->previousRecord = nullptr;
+    if (progress) *progress << "beginning of parsing\n";
+    creationVisitor->beginParse();
 
     char* buffer = input->getBuffer();
     const uint64_t size = input->getSize();
     uint64_t offset = 0;
     bool complete = true;
-    std::ostream* const dumpStream = factory ? factory->getDumpStream() : nullptr;
+    std::ostream* const dumpStream = creationVisitor->getDumpStream();
     const uint64_t dumpStart = FltDump::bytesWritten();
     const uint64_t dumpBudget = logBytesPerFileByte * size + logMarginBytes;
     const uint64_t missingBudget = size + kMissingBytesMargin;
@@ -148,22 +160,24 @@ int FltParser::run()
                 creationVisitor->keepShortRecordsAsUnknown(true);
             }
         }
-        if (dumpStream && factory->getDumpStream() && FltDump::bytesWritten() - dumpStart > dumpBudget) {
+        if (dumpStream && creationVisitor->getDumpStream() && FltDump::bytesWritten() - dumpStart > dumpBudget) {
             FltWarningMessageConsole::notifyMessage(
                 "WARNING ! The log has grown past " + std::to_string(logBytesPerFileByte) +
                     " times the file's size at the record of opcode " + std::to_string(opcode) + " at byte offset " +
                     std::to_string(offset) + ": the records after it are not dumped",
                 2, true);
-            factory->setDumpStream(nullptr);
+            creationVisitor->setDumpStream(nullptr);
         }
         ++rawDataCount;
         if (rawDataCount == 1) {
             // The entry test makes the first record a header.
-            if (auto* first = dynamic_cast<FltRecordHeader*>(records.empty() ? nullptr : records.back())) {
+            if (auto* first = dynamic_cast<FltRecordHeader*>(records.back())) {
                 creationVisitor->formatRevision = first->formatRevisionLevel;
                 creationVisitor->rgbMode = first->isPackedColorMode();
-                std::cout << "OpenFlight file version: " << creationVisitor->formatRevision << "\n";
-                std::cout << "RGB mode: " << (creationVisitor->rgbMode ? "true" : "false") << "\n";
+                if (progress) {
+                    *progress << "OpenFlight file version: " << creationVisitor->formatRevision << "\n";
+                    *progress << "RGB mode: " << (creationVisitor->rgbMode ? "true" : "false") << "\n";
+                }
             }
         }
         offset += length;
@@ -173,9 +187,9 @@ int FltParser::run()
             "WARNING ! " + std::to_string(shortRecords - kShortRecordsReported) +
                 " more records were shorter than their layout (their missing fields read as zero)",
             2, true);
-    if (factory) factory->setDumpStream(dumpStream);
+    creationVisitor->setDumpStream(dumpStream);
     creationVisitor->keepShortRecordsAsUnknown(false);
-    std::cout << "end of parsing\n";
+    if (progress) *progress << "end of parsing\n";
     allRecordsCreated = complete;
     return 0;
 }

@@ -1,5 +1,6 @@
 // FltParser: cuts a database buffer into records, has each one built by the opcode
-// factory, keeps them in file order and hands each one to the attached observers at once.
+// factory, keeps them in file order in its record store and hands each one to the attached
+// observers at once.
 //
 // The parse needs the first record to be a header. A record whose length is shorter than
 // its 4-byte header, or runs past the end of the buffer, stops the parse with a level-3
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "reader/FltObserver.h"
+#include "reader/FltRecordStore.h"
 
 class FltCreationVisitor;
 class FltInput;
@@ -41,6 +43,12 @@ public:
     // 1 when the input is not an OpenFlight database.
     int run();
     bool isAnOpenFlightInput(FltInput* candidate);
+    // Whether bytes begin as a database does: a header record (opcode 1) of non-zero length.
+    static bool isDatabaseStart(const char* bytes, uint64_t size);
+    // Where the progress lines of a run go (standard output unless set); null for nowhere.
+    void setProgressStream(std::ostream* stream) { progress = stream; }
+    // Where each record's dump goes (standard output unless set); null switches it off.
+    void setDumpStream(std::ostream* stream);
     void fltRecordsVectorBuild(FltRawData* raw);
     uint64_t getNumberOfFltRawData() const { return rawDataCount; }
     bool isAllFltRecordsCreated() const { return allRecordsCreated; }
@@ -53,8 +61,8 @@ public:
         logMarginBytes = marginBytes;
     }
 
-    // Every record created, in file order. The records are not owned by the parser.
-    std::vector<FltRecord*> records;
+    // Every record created, in file order, owned here.
+    FltRecordStore records;
     FltCreationVisitor* creationVisitor = nullptr;
     FltInput* input = nullptr;
     bool ownsInput = true;
@@ -79,4 +87,5 @@ private:
     uint64_t logMarginBytes = uint64_t(64) << 20;
     uint64_t shortRecords = 0;
     uint64_t missingBytes = 0;
+    std::ostream* progress;
 };

@@ -67,7 +67,7 @@ int commandConvert(int argc, char** argv)
     if (output.empty()) output = std::filesystem::path(input).replace_extension(vrml ? ".wrl" : ".iv").string();
 
     Conversion conversion;
-    if (!conversion.run(input, true)) return kFailed;
+    if (!conversion.run(input, true, !args.has("--no-log"))) return kFailed;
 
     rewriteTextureNames(conversion.root, conversion.directory, directoryOf(output));
 

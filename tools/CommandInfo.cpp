@@ -13,6 +13,7 @@
 
 #include "Commands.h"
 #include "QetzFltLibrary.h"
+#include "reader/FltReferencePath.h"
 #include "SceneSummary.h"
 #include "ToolSupport.h"
 
@@ -127,15 +128,13 @@ void printScene(const SceneSummary& s)
     }
 }
 
-// Where the library opens a reference: the referencing file's directory followed by the
-// name, a leading "./" dropped.
-std::string referencePath(const std::string& name, const std::string& directory)
+// The file a conversion opens for a reference, by the library's own rule: the referencing
+// file's path up to its last slash, then the name.
+std::string referencePath(const std::string& name, const std::string& database)
 {
-    std::string cleaned = name;
-    for (char& c : cleaned)
-        if (c == '\\') c = '/';
-    if (cleaned.rfind("./", 0) == 0) cleaned = cleaned.substr(2);
-    return resolveAgainst(cleaned, directory);
+    const size_t slash = database.find_last_of('/');
+    const std::string prefix = slash == std::string::npos ? std::string() : database.substr(0, slash + 1);
+    return fltpath::externalReference(prefix, name);
 }
 
 // Lists one database's references and textures, then those of every referenced database
@@ -157,8 +156,9 @@ int listDependencies(QetzFltLibrary& library, const std::string& path, int depth
     }
     for (const std::string& name : facts.references) {
         if (name.empty()) continue;
-        const std::string resolved = referencePath(name, directory);
-        const bool found = fs::is_regular_file(resolved);
+        const std::string opened = referencePath(name, path);
+        const bool found = fs::is_regular_file(opened);
+        const std::string resolved = resolveAgainst(opened, fs::current_path().string());
         missing += found ? 0 : 1;
         std::cout << indent << "reference  " << name << "  ->  " << resolved << "  " << (found ? "found" : "MISSING")
                   << "\n";
@@ -167,7 +167,7 @@ int listDependencies(QetzFltLibrary& library, const std::string& path, int depth
             std::cout << indent << "  (listed above)\n";
             continue;
         }
-        missing += listDependencies(library, resolved, depth + 1, visited);
+        missing += listDependencies(library, opened, depth + 1, visited);
     }
     return missing;
 }
@@ -203,7 +203,7 @@ int commandInfo(int argc, char** argv)
     const std::string input = args.positional[0];
 
     Conversion conversion;
-    const bool converted = conversion.run(input, false);
+    const bool converted = conversion.run(input, false, !args.has("--no-log"));
     QetzFltLibrary* library = loadLibrary();
     if (!library) return kFailed;
     if (!fs::is_regular_file(input)) return kFailed;

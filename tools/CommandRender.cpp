@@ -89,7 +89,7 @@ int commandRender(int argc, char** argv)
         if (!scene) return kFailed;
         scene->ref();
     } else {
-        if (!conversion.run(input, true)) return kFailed;
+        if (!conversion.run(input, true, !args.has("--no-log"))) return kFailed;
         scene = conversion.root;
         scene->ref();
         // Textures are read when drawn as well: the database's directory stays searched.

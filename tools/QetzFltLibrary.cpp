@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <type_traits>
 #include <vector>
 
 namespace {
@@ -42,14 +43,21 @@ QetzFltLibrary::QetzFltLibrary()
         if (error_.empty()) error_ = why ? why : ("cannot load " + candidate);
     }
     if (!handle_) return;
-    convertFrom = reinterpret_cast<ConvertFrom>(dlsym(handle_, "convertFrom"));
-    getProductName = reinterpret_cast<NameFunction>(dlsym(handle_, "getProductName"));
-    getVersion = reinterpret_cast<NameFunction>(dlsym(handle_, "getVersion"));
-    inspect = reinterpret_cast<InspectFunction>(dlsym(handle_, "qetzfltInspect"));
-    writeStatistics = reinterpret_cast<PathFunction>(dlsym(handle_, "qetzfltWriteStatistics"));
-    messageCount = reinterpret_cast<CountFunction>(dlsym(handle_, "qetzfltMessageCount"));
-    messageText = reinterpret_cast<MessageTextFunction>(dlsym(handle_, "qetzfltMessageText"));
-    messageLevel = reinterpret_cast<MessageLevelFunction>(dlsym(handle_, "qetzfltMessageLevel"));
+    auto find = [this](auto& function, const char* name) {
+        function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(dlsym(handle_, name));
+    };
+    find(convertFrom, "convertFrom");
+    find(getProductName, "getProductName");
+    find(getVersion, "getVersion");
+    find(convertWithOptions, "qetzfltConvert");
+    find(lastMessageCount, "qetzfltLastMessageCount");
+    find(lastMessageText, "qetzfltLastMessageText");
+    find(lastMessageLevel, "qetzfltLastMessageLevel");
+    find(inspect, "qetzfltInspect");
+    find(writeStatistics, "qetzfltWriteStatistics");
+    find(messageCount, "qetzfltMessageCount");
+    find(messageText, "qetzfltMessageText");
+    find(messageLevel, "qetzfltMessageLevel");
     if (!convertFrom) error_ = path_ + " does not export convertFrom";
 }
 

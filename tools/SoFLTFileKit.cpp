@@ -5,12 +5,10 @@
 #include <Inventor/SoInput.h>
 #include <Inventor/nodes/SoSeparator.h>
 
-#include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <string>
 
-#include "convert/FltToInventor.h"
+#include "QetzFlt/QetzFlt.h"
 
 SO_KIT_SOURCE(SoFLTFileKit);
 
@@ -29,17 +27,8 @@ SoFLTFileKit::SoFLTFileKit(void)
 
 SoFLTFileKit::~SoFLTFileKit(void) {}
 
-// A database begins with a header record: opcode 1, big-endian.
-SbBool SoFLTFileKit::identify(const char* filename)
-{
-    if (!filename) return FALSE;
-    FILE* file = std::fopen(filename, "rb");
-    if (!file) return FALSE;
-    unsigned char start[4] = {0, 0, 0, 0};
-    const size_t n = std::fread(start, 1, 4, file);
-    std::fclose(file);
-    return n == 4 && start[0] == 0 && start[1] == 1 && ((start[2] << 8) | start[3]) >= 4;
-}
+// A database begins with a header record, as the library tells.
+SbBool SoFLTFileKit::identify(const char* filename) { return qetzfltIsDatabase(filename) ? TRUE : FALSE; }
 
 SbBool SoFLTFileKit::canReadFile(const char* filename) const
 {

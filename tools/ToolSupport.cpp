@@ -10,16 +10,11 @@
 #include <streambuf>
 
 #include "QetzFltLibrary.h"
+#include "diagnostics/FltNullStream.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-
-class NullBuffer : public std::streambuf {
-protected:
-    int overflow(int c) override { return traits_type::not_eof(c); }
-    std::streamsize xsputn(const char*, std::streamsize n) override { return n; }
-};
 
 // Points a standard stream elsewhere for its lifetime.
 class Redirect {
@@ -50,8 +45,7 @@ Arguments parseArguments(int argc, char** argv, int first, const std::vector<std
         if (a == "-h" || a == "--help") {
             args.help = true;
         } else if (a == "--no-log") {
-            // Read by the library at each conversion: the log keeps its progress lines only.
-            setenv("QETZFLT_NO_LOG", "1", 1);
+            // Every command takes it: the log of its conversion keeps the parse progress only.
             args.flags.insert(a);
         } else if (known(valueOptions, a)) {
             if (i + 1 >= argc) {
@@ -95,7 +89,7 @@ Conversion::~Conversion()
     if (root) root->unref();
 }
 
-bool Conversion::run(const std::string& path, bool echo)
+bool Conversion::run(const std::string& path, bool echo, bool dump)
 {
     QetzFltLibrary* library = loadLibrary();
     if (!library) return false;
@@ -104,23 +98,10 @@ bool Conversion::run(const std::string& path, bool echo)
         return false;
     }
     directory = directoryOf(path);
-    const int before = library->messageCount ? library->messageCount() : 0;
-    SoSeparator* converted = nullptr;
-    {
-        // The library's progress lines ("Success in opening file: ...") are not the tool's output.
-        NullBuffer null;
-        Redirect out(std::cout, &null);
-        Redirect err(std::cerr, echo ? std::cerr.rdbuf() : &null);
-        SoInput::addDirectoryFirst(directory.c_str());
-        converted = library->convertFrom(path.c_str());
-        SoInput::removeDirectory(directory.c_str());
-    }
-    if (library->messageCount && library->messageText && library->messageLevel) {
-        for (int i = before; i < library->messageCount(); ++i) {
-            const char* text = library->messageText(i);
-            messages.push_back({text ? text : "", library->messageLevel(i)});
-        }
-    }
+    SoInput::addDirectoryFirst(directory.c_str());
+    SoSeparator* converted =
+        library->convertWithOptions ? convertWithOptions(*library, path, echo, dump) : convertPlain(*library, path, echo);
+    SoInput::removeDirectory(directory.c_str());
     if (!converted) {
         std::cerr << "qetzflt: " << path << ": conversion failed\n";
         return false;
@@ -132,6 +113,42 @@ bool Conversion::run(const std::string& path, bool echo)
         return false;
     }
     return true;
+}
+
+SoSeparator* Conversion::convertWithOptions(QetzFltLibrary& library, const std::string& path, bool echo, bool dump)
+{
+    // The library's opening line on standard output is not the tool's output.
+    const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | (echo ? 0u : unsigned(QETZFLT_NO_ECHO)) |
+                                 (dump ? unsigned(QETZFLT_LOG_FILE) : unsigned(QETZFLT_LOG_NO_DUMP));
+    SoSeparator* converted = library.convertWithOptions(path.c_str(), options);
+    if (library.lastMessageCount && library.lastMessageText && library.lastMessageLevel) {
+        for (int i = 0; i < library.lastMessageCount(); ++i) {
+            const char* text = library.lastMessageText(i);
+            messages.push_back({text ? text : "", library.lastMessageLevel(i)});
+        }
+    }
+    return converted;
+}
+
+SoSeparator* Conversion::convertPlain(QetzFltLibrary& library, const std::string& path, bool echo)
+{
+    // A library that exports only the classic entry points takes no options: its lines on
+    // standard output, and without echo those on standard error, are held back here.
+    const int before = library.messageCount ? library.messageCount() : 0;
+    SoSeparator* converted = nullptr;
+    {
+        FltNullBuffer null;
+        Redirect out(std::cout, &null);
+        Redirect err(std::cerr, echo ? std::cerr.rdbuf() : &null);
+        converted = library.convertFrom(path.c_str());
+    }
+    if (library.messageCount && library.messageText && library.messageLevel) {
+        for (int i = before; i < library.messageCount(); ++i) {
+            const char* text = library.messageText(i);
+            messages.push_back({text ? text : "", library.messageLevel(i)});
+        }
+    }
+    return converted;
 }
 
 std::string directoryOf(const std::string& path)

@@ -15,6 +15,8 @@
 #include <set>
 
 #include "ConvertSupport.h"
+#include "convert/FltReferenceChain.h"
+#include "reader/FltReferencePath.h"
 
 namespace fs = std::filesystem;
 
@@ -99,16 +101,16 @@ TEST(ExternalReference, eachConverterConvertsAFileOnceAndResolvesNamesFromItsOwn
     EXPECT_TRUE(c.messages.empty());
 }
 
-TEST(ExternalReference, nestedRelativePathIsTheNameAsWrittenUpToItsLastSeparator)
+TEST(ExternalReference, nestedTexturePrefixIsTheNameAsWrittenUpToItsLastSeparator)
 {
-    EXPECT_EQ(FltToInventor::nestedRelativePath("", "./sub/house.flt"), "./sub/");
-    EXPECT_EQ(FltToInventor::nestedRelativePath("../", "../123.flt"), "../../");
-    EXPECT_EQ(FltToInventor::nestedRelativePath("x/", "house.flt"), "x/");
-    EXPECT_EQ(FltToInventor::nestedRelativePath("", "a\\b/c\\d.flt"), "a\\b/c/");
-    EXPECT_EQ(FltToInventor::externalReferencePath("/data/", "./sub/house.flt"), "/data/sub/house.flt");
-    EXPECT_EQ(FltToInventor::externalReferencePath("/data/", "../up.flt"), "/data/../up.flt");
-    EXPECT_EQ(FltToInventor::externalReferencePath(nullptr, ".\\a.flt"), "a.flt");
-    EXPECT_EQ(FltToInventor::externalReferencePath("/data/", "..flt"), "/data/..flt");
+    EXPECT_EQ(fltpath::nestedTexturePrefix("", "./sub/house.flt"), "./sub/");
+    EXPECT_EQ(fltpath::nestedTexturePrefix("../", "../123.flt"), "../../");
+    EXPECT_EQ(fltpath::nestedTexturePrefix("x/", "house.flt"), "x/");
+    EXPECT_EQ(fltpath::nestedTexturePrefix("", "a\\b/c\\d.flt"), "a\\b/c/");
+    EXPECT_EQ(fltpath::externalReference("/data/", "./sub/house.flt"), "/data/sub/house.flt");
+    EXPECT_EQ(fltpath::externalReference("/data/", "../up.flt"), "/data/../up.flt");
+    EXPECT_EQ(fltpath::externalReference("", ".\\a.flt"), "a.flt");
+    EXPECT_EQ(fltpath::externalReference("/data/", "..flt"), "/data/..flt");
 }
 
 TEST(ExternalReference, texturesInsideAReferencedFileGetItsRelativePath)
@@ -190,7 +192,7 @@ TEST(ExternalReference, chainsDeeperThanTheLimitStopWithMessage)
     // Each level holds its group, then its reference to the next file.
     for (SoNode* level = c.root; (level = nestedRoot(childAs<SoNode>(level, kHeaderChildren + 1)));)
         EXPECT_EQ(tree(childAs<SoNode>(level, kHeaderChildren)), "Separator:g" + std::to_string(++converted));
-    EXPECT_EQ(converted, static_cast<int>(FltToInventor::kMaxExternalReferenceDepth));
+    EXPECT_EQ(converted, static_cast<int>(FltReferenceChain::kMaxDepth));
     EXPECT_EQ(c.messages,
               (Names{"ERROR ! External references nested more than 32 levels deep: f33.flt is not converted"}));
 }
@@ -208,7 +210,7 @@ TEST(ExternalReference, filesReferencedUnderSeveralNamesAreConvertedABoundedNumb
     }
     fs::create_directories(f.dir.path() / "x");
     Converted c(Converted::File{f.dir.file("L0.flt")});
-    const size_t limit = FltToInventor::kNestedConversionsPerFile * kLevels + FltToInventor::kNestedConversionsMargin;
+    const size_t limit = FltReferenceChain::kConversionsPerFile * kLevels + FltReferenceChain::kConversionsMargin;
     size_t conversions = 0;
     for (SoLabel* label : findAll<SoLabel>(c.root))
         if (std::string(label->label.getValue().getString()).rfind(kLabelPrefix, 0) == 0) ++conversions;

@@ -9,9 +9,6 @@
 #include <Inventor/nodes/SoPointSet.h>
 
 #include "ConvertSupport.h"
-#include "MemoryInput.h"
-#include "reader/FltCreationVisitor.h"
-#include "reader/FltParser.h"
 
 namespace {
 
@@ -171,33 +168,21 @@ TEST(Hierarchy, nodesOutsideTheGraphAreFreedDuringTheWalkOnceNoRecordCanReachThe
     // Left open by the file: alive until the converter ends.
     db.group("lsLast").push().switchNode("lsSwitch", 0, 1, {1}).push().group("lsOn").push();
 
-    SoDB::init();
-    MemoryInput input(db.bytes());
-    auto* root = new SoSeparator;
-    root->ref();
-    {
-        FltToInventor converter;
-        converter.setFltInputToconvert(&input);
-        dynamic_cast<Flt_15_7_CreationVisitor*>(converter.getFltParser()->creationVisitor)->setDumpStream(nullptr);
-        converter.setResult(root);
-        CaptureStream out(std::cout), err(std::cerr);
-        converter.convert();
-        // The walk is over and the converter still alive: only what a later record could
-        // still have reached is left.
-        EXPECT_EQ(alive("lsGroup"), 0);
-        EXPECT_EQ(alive("lsChild"), 0);
-        EXPECT_EQ(alive("InstanceDefinition_31999"), 1);  // the current definition
-        EXPECT_EQ(alive("lsDef"), 1);
-        EXPECT_EQ(alive("lsLod"), 0);
-        EXPECT_EQ(alive("lsInLod"), 0);
-        EXPECT_EQ(alive("lsLast"), 1);
-        EXPECT_EQ(alive("lsOn"), 1);
-        EXPECT_EQ(root->getNumChildren(), 3);  // shape hints and bindings only
-    }
+    HeldConversion h(db);
+    // The walk is over and the builder still alive: only what a later record could still
+    // have reached is left.
+    EXPECT_EQ(alive("lsGroup"), 0);
+    EXPECT_EQ(alive("lsChild"), 0);
+    EXPECT_EQ(alive("InstanceDefinition_31999"), 1);  // the current definition
+    EXPECT_EQ(alive("lsDef"), 1);
+    EXPECT_EQ(alive("lsLod"), 0);
+    EXPECT_EQ(alive("lsInLod"), 0);
+    EXPECT_EQ(alive("lsLast"), 1);
+    EXPECT_EQ(alive("lsOn"), 1);
+    EXPECT_EQ(h.root->getNumChildren(), 3);  // shape hints and bindings only
+    h.end();
     EXPECT_EQ(alive("lsLast"), 0);
     EXPECT_EQ(alive("InstanceDefinition_31999"), 0);
     // The header's own reference, then the caller's.
-    EXPECT_EQ(root->getRefCount(), 2);
-    root->unrefNoDelete();
-    root->unref();
+    EXPECT_EQ(h.root->getRefCount(), 2);
 }

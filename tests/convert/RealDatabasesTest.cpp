@@ -14,7 +14,6 @@
 
 #include "ConvertSupport.h"
 #include "MemoryInput.h"
-#include "reader/FltCreationVisitor.h"
 
 namespace {
 
@@ -22,7 +21,7 @@ namespace {
 int faceRecords(const std::string& bytes)
 {
     ParsedBytes p(bytes);
-    dynamic_cast<Flt_15_7_CreationVisitor*>(p.parser.creationVisitor)->setDumpStream(nullptr);
+    p.parser.setDumpStream(nullptr);
     CaptureStream out(std::cout), err(std::cerr);
     p.parser.run();
     int faces = 0;

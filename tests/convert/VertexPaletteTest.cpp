@@ -6,39 +6,13 @@
 #include <Inventor/nodes/SoVertexProperty.h>
 
 #include "ConvertSupport.h"
-#include "MemoryInput.h"
-#include "reader/FltCreationVisitor.h"
-#include "reader/FltParser.h"
 
 namespace {
 
-// A converter kept alive after its walk, so that a test can ask it about offsets.
-class HeldConversion {
-public:
-    explicit HeldConversion(FltFixture& db) : input(db.bytes())
-    {
-        SoDB::init();
-        root = new SoSeparator;
-        root->ref();
-        CaptureStream out(std::cout), err(std::cerr);
-        converter.setFltInputToconvert(&input);
-        dynamic_cast<Flt_15_7_CreationVisitor*>(converter.getFltParser()->creationVisitor)->setDumpStream(nullptr);
-        converter.setResult(root);
-        status = converter.convert();
-    }
-    ~HeldConversion()
-    {
-        // The header visit keeps a reference of its own.
-        while (root->getRefCount() > 1) root->unrefNoDelete();
-        root->unref();
-    }
-    SoVertexProperty* property(const char* name) { return static_cast<SoVertexProperty*>(findNamed(root, name)); }
-
-    MemoryInput input;
-    FltToInventor converter;
-    SoSeparator* root = nullptr;
-    int status = -1;
-};
+SoVertexProperty* property(HeldConversion& h, const char* name)
+{
+    return static_cast<SoVertexProperty*>(findNamed(h.root, name));
+}
 
 FltVertexSpec at(double x, double y, double z)
 {
@@ -70,23 +44,23 @@ TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnPropertyAndTheOffsetMapFinds
                              "VertexProperty:vertexColorNormalProperty VertexProperty:vertexColorUVProperty "
                              "VertexProperty:vertexColorNormalUVProperty]");
     EXPECT_EQ(static_cast<SoSwitch*>(palette)->whichChild.getValue(), SO_SWITCH_NONE);
-    SoVertexProperty* colour = h.property("vertexColorProperty");
+    SoVertexProperty* colour = property(h, "vertexColorProperty");
     ASSERT_EQ(colour->vertex.getNum(), 1);
     EXPECT_EQ(colour->vertex[0], SbVec3f(1, 2, 3));
     EXPECT_EQ(colour->normal.getNum(), 0);
-    SoVertexProperty* normalUv = h.property("vertexColorNormalUVProperty");
+    SoVertexProperty* normalUv = property(h, "vertexColorNormalUVProperty");
     ASSERT_EQ(normalUv->vertex.getNum(), 1);
     EXPECT_EQ(normalUv->texCoord[0], SbVec2f(0.25f, 0.75f));
     EXPECT_EQ(normalUv->normal[0], SbVec3f(0, 0, 1));
-    EXPECT_EQ(h.property("vertexColorNormalProperty")->normal[0], SbVec3f(0, 1, 0));
-    EXPECT_EQ(h.property("vertexColorUVProperty")->texCoord[0], SbVec2f(0.5f, 0.125f));
+    EXPECT_EQ(property(h, "vertexColorNormalProperty")->normal[0], SbVec3f(0, 1, 0));
+    EXPECT_EQ(property(h, "vertexColorUVProperty")->texCoord[0], SbVec2f(0.5f, 0.125f));
 
-    // Each offset finds its vertex's property and size; an offset no vertex occupies, nothing.
-    EXPECT_EQ(h.converter.getSoVertexPropertyFromOffset(48), h.property("vertexColorNormalProperty"));
-    EXPECT_EQ(h.converter.getSoVertexPropertyFromOffset(168), h.property("vertexColorUVProperty"));
-    EXPECT_EQ(h.converter.getSizeVertexFromOffset(104), 64);
-    EXPECT_EQ(h.converter.getSoVertexPropertyFromOffset(12), nullptr);
-    EXPECT_EQ(h.converter.getSizeVertexFromOffset(12), 0);
+    // Each offset finds its vertex's kind and size; an offset no vertex occupies, nothing.
+    const FltPalettes& palettes = h.builder().getPalettes();
+    EXPECT_EQ(palettes.vertexAt(48)->kind, VERTEX_COLOR_NORMAL_PROPERTY_ID);
+    EXPECT_EQ(palettes.vertexAt(168)->kind, VERTEX_COLOR_UV_PROPERTY_ID);
+    EXPECT_EQ(palettes.vertexAt(104)->size, 64);
+    EXPECT_EQ(palettes.vertexAt(12), nullptr);
 
     FltFixture empty;  // an empty palette adds no switch
     Converted e(empty.header().vertexPalette().push().pop());
@@ -131,8 +105,8 @@ TEST(VertexPalette, vertexColoursFollowFlagsPackedColoursAndIndices)
     // The palette switch, after the header's nodes, holds only the kinds present.
     const std::string palette = "Switch:vertexPropertyPalette[VertexProperty:vertexColorProperty ";
     EXPECT_EQ(tree(h.root->getChild(kHeaderChildren)), palette + "VertexProperty:vertexColorNormalUVProperty]");
-    SoVertexProperty* colour = h.property("vertexColorProperty");
-    SoVertexProperty* richest = h.property("vertexColorNormalUVProperty");
+    SoVertexProperty* colour = property(h, "vertexColorProperty");
+    SoVertexProperty* richest = property(h, "vertexColorNormalUVProperty");
     ASSERT_EQ(colour->orderedRGBA.getNum(), 6);
     ASSERT_EQ(richest->orderedRGBA.getNum(), 2);
     int n[2] = {0, 0};
@@ -151,12 +125,13 @@ TEST(VertexPalette, the100001stVertexGrowsItsPropertyAndColourOnlyPositionsGoToA
     for (int i = 0; i <= 100000; ++i) db.vertexColorNormalUv(at(i, 0, 0));
     for (int i = 0; i <= 100001; ++i) db.vertexColor(at(1, 1, 1));
     HeldConversion h(db);
-    SoVertexProperty* richest = h.converter.getVertexPropertyFromIntId(VERTEX_COLOR_NORMAL_UV_PROPERTY_ID);
+    const FltSharedVertexProperties& shared = h.builder().getVertexProperties();
+    SoVertexProperty* richest = shared.property(VERTEX_COLOR_NORMAL_UV_PROPERTY_ID);
     EXPECT_EQ(richest->vertex.getNum(), 150100);
     EXPECT_EQ(richest->texCoord.getNum(), 150100);
     EXPECT_EQ(richest->vertex[100000], SbVec3f(100000, 0, 0));
-    EXPECT_EQ(h.converter.getIndexVertexFromOffset(8 + 64 * 100000), 100000);
-    SoVertexProperty* colour = h.converter.getVertexPropertyFromIntId(VERTEX_COLOR_PROPERTY_ID);
+    EXPECT_EQ(h.builder().getPalettes().vertexAt(8 + 64 * 100000)->index, 100000);
+    SoVertexProperty* colour = shared.property(VERTEX_COLOR_PROPERTY_ID);
     EXPECT_EQ(colour->vertex[99999], SbVec3f(1, 1, 1));
     EXPECT_EQ(colour->vertex[100000], SbVec3f(0, 0, 0));
     EXPECT_EQ(colour->vertex[100001], SbVec3f(0, 0, 0));

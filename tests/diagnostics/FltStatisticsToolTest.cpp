@@ -1,9 +1,9 @@
 // The statistics file: header, per-opcode counts in ascending order, exact line format.
 #include <gtest/gtest.h>
 
-#include "FltFixture.h"
+#include "tools/FltFixture.h"
 #include "TestSupport.h"
-#include "convert/FltToolEntryPoints.h"
+#include "QetzFlt/QetzFlt.h"
 #include "diagnostics/FltStatisticsTool.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 
@@ -30,12 +30,10 @@ TEST(Statistics, countsEachOpcodeOnceInAscendingOrderWithoutAFinalLineFeed)
 TEST(Statistics, emptyRecordArrayWritesTheHeaderOnce_unwritableFileIsReported)
 {
     ScratchDir dir;
-    std::vector<FltRecord*> none;
     FltStatisticsTool tool;
     tool.setFltFile("a.flt");
     tool.setStatFile(dir.file("a.flt.stat").c_str());
     tool.makeEmptyFile();
-    tool.setVectorOfFltRecords(none);
     tool.makeStatistics();
     tool.makeStatistics();  // appends to the non-empty file without another header
     EXPECT_EQ(readFile(dir.file("a.flt.stat")), kHeader + "a.flt\n");

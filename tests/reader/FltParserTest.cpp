@@ -164,7 +164,7 @@ TEST_F(ParserTest, shortRecordsLackingMoreThanTheFileHoldsBecomeUnknownRecords)
         ASSERT_EQ(limit.size(), 1u) << c.opcode;
         EXPECT_EQ(limit[0], where + std::to_string(c.opcode) + " at byte offset " +
                                 std::to_string(324 + 4 * (c.lastWhole - 1)) + tail);
-        const std::vector<FltRecord*>& r = p.parser.records;
+        const FltRecordStore& r = p.parser.records;
         EXPECT_NE(r[c.lastWhole]->getCategoryKind(), FltCategory::Unknown) << c.opcode;
         EXPECT_EQ(r[c.lastWhole + 1]->getCategoryKind(), FltCategory::Unknown) << c.opcode;
         EXPECT_EQ(r[c.lastWhole + 1]->getOpcode(), c.opcode);
@@ -203,9 +203,7 @@ TEST_F(ParserTest, theDumpStopsAtTheLogLimitAndTheParseGoesOn)
         }
     EXPECT_EQ(reported, 1u);
     // The dump is on again for the next run.
-    auto* factory = dynamic_cast<Flt_15_7_CreationVisitor*>(p.parser.creationVisitor);
-    ASSERT_TRUE(factory);
-    EXPECT_EQ(factory->getDumpStream(), &std::cout);
+    EXPECT_EQ(p.parser.creationVisitor->getDumpStream(), &std::cout);
 }
 
 TEST_F(ParserTest, continuedSoundPaletteIsStoredTwiceAndASecondRunAppendsRecordsAndResetsTheCount)

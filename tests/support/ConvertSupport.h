@@ -6,11 +6,15 @@
 #include <Inventor/nodes/SoGroup.h>
 #include <Inventor/nodes/SoSeparator.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "FltFixture.h"
+#include "tools/FltFixture.h"
 #include "TestSupport.h"
+#include "MemoryInput.h"
+#include "QetzFlt/QetzFlt.h"
+#include "convert/FltConversion.h"
 #include "convert/FltToInventor.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 
@@ -74,6 +78,38 @@ private:
             levels.push_back(all[i].level);
         }
     }
+};
+
+// A conversion of a fixture held alive after its walk with its classic builder, so that a
+// test can ask what the walk left; the database has no log.
+class HeldConversion {
+public:
+    explicit HeldConversion(FltFixture& db) : input(db.bytes()), conversion(std::in_place, input, FltConversionOptions())
+    {
+        SoDB::init();
+        root = new SoSeparator;
+        root->ref();
+        CaptureStream out(std::cout), err(std::cerr);
+        status = conversion->convert(root);
+    }
+    ~HeldConversion()
+    {
+        conversion.reset();
+        // The header visit keeps a reference of its own.
+        while (root->getRefCount() > 1) root->unrefNoDelete();
+        root->unref();
+    }
+    HeldConversion(const HeldConversion&) = delete;
+    HeldConversion& operator=(const HeldConversion&) = delete;
+
+    FltToInventor& builder() { return static_cast<FltToInventor&>(*conversion->getBuilder()); }
+    // Ends the run and its builder, which release what they held.
+    void end() { conversion.reset(); }
+
+    MemoryInput input;
+    std::optional<FltConversion> conversion;
+    SoSeparator* root = nullptr;
+    int status = -1;
 };
 
 // The type names of a group's children, in order ("Separator", "ShapeHints", ...).

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "FltFixture.h"
+#include "tools/FltFixture.h"
 
 namespace everyrecord {
 

@@ -1,9 +1,7 @@
-// An in-memory database for parser tests, and ownership of the records a parse creates.
+// An in-memory database for parser tests.
 #pragma once
 
-#include <set>
 #include <string>
-#include <vector>
 
 #include "reader/FltInput.h"
 #include "reader/FltParser.h"
@@ -23,18 +21,9 @@ private:
     bool created_;
 };
 
-// Frees the records a parser created (a continued record appears twice but is freed once).
-inline void deleteRecords(std::vector<FltRecord*>& records)
-{
-    std::set<FltRecord*> unique(records.begin(), records.end());
-    for (FltRecord* r : unique) delete r;
-    records.clear();
-}
-
-// A parse of some bytes whose records are freed at the end of the test.
+// A parse of some bytes; the parser frees its records.
 struct ParsedBytes {
     explicit ParsedBytes(const std::string& bytes) : input(bytes), parser(&input, false) {}
-    ~ParsedBytes() { deleteRecords(parser.records); }
     MemoryInput input;
     FltParser parser;
 };

@@ -8,7 +8,7 @@
 #include <sstream>
 #include <string>
 
-#include "FltFixture.h"
+#include "tools/FltFixture.h"
 #include "reader/FltCreationVisitor.h"
 #include "reader/FltRawData.h"
 #include "reader/FltRecord.h"

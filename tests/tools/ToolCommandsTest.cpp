@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "FltFixture.h"
+#include "tools/FltFixture.h"
 #include "TestSupport.h"
 #include "ToolRunner.h"
 

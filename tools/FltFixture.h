@@ -1,4 +1,5 @@
-// Fixture writer: builds OpenFlight byte streams record by record, for tests and demos.
+// Fixture writer: builds OpenFlight byte streams record by record, for the demo database,
+// the benchmark, the fuzzer's seeds and the tests.
 //
 // FltRecordBytes is one record of a fixed length, zero-filled, whose fields are set by
 // absolute offset exactly as the reader decodes them (big-endian). FltFixture strings

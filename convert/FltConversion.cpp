@@ -1,0 +1,185 @@
+// The conversion run: options, input, log, parse, builder, nested references, statistics.
+#include "convert/FltConversion.h"
+
+#include <Inventor/SoDB.h>
+#include <Inventor/nodes/SoSeparator.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <iostream>
+
+#include "QetzFlt/QetzFlt.h"
+#include "convert/FltReferenceChain.h"
+#include "convert/FltSceneBuilder.h"
+#include "convert/FltToInventor.h"
+#include "diagnostics/FltLogFile.h"
+#include "diagnostics/FltStatisticsTool.h"
+#include "reader/FltCreationVisitor.h"
+#include "reader/FltFileInput.h"
+#include "reader/FltRecord.h"
+
+namespace {
+
+std::recursive_mutex& conversionTurn()
+{
+    static std::recursive_mutex mutex;
+    return mutex;
+}
+
+}  // namespace
+
+bool FltConversionOptions::fromWord(unsigned int word, FltConversionOptions& options)
+{
+    constexpr unsigned int kKnown = QETZFLT_LOG_MASK | QETZFLT_BUILD_MASK | QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_NO_ECHO;
+    if (word & ~kKnown) return false;
+    options = FltConversionOptions();
+    switch (word & QETZFLT_LOG_MASK) {
+    case QETZFLT_LOG_FILE: options.log = Log::File; break;
+    case QETZFLT_LOG_NO_DUMP: options.log = Log::NoDump; break;
+    case QETZFLT_LOG_NONE: options.log = Log::None; break;
+    default: return false;
+    }
+    switch (word & QETZFLT_BUILD_MASK) {
+    case QETZFLT_BUILD_CLASSIC: options.builder = Builder::Classic; break;
+    default: return false;
+    }
+    options.standardOutput = !(word & QETZFLT_NO_STANDARD_OUTPUT);
+    options.echo = !(word & QETZFLT_NO_ECHO);
+    return true;
+}
+
+FltConversionOptions FltConversionOptions::fromEnvironment()
+{
+    FltConversionOptions options;
+    const char* value = std::getenv("QETZFLT_NO_LOG");
+    if (value && *value && std::strcmp(value, "0") != 0) options.log = Log::NoDump;
+    return options;
+}
+
+FltConversion::FltConversion(const std::string& path, const FltConversionOptions& options)
+    : options_(options), turn_(conversionTurn())
+{
+    messages_.emplace(options_.echo);
+    if (options_.echo) errors_ = &std::cerr;
+    ownedInput_ = std::make_unique<FltFileInput>(path.c_str(), options_.standardOutput ? &std::cout : nullptr, errors_);
+    input_ = ownedInput_.get();
+    if (options_.log != FltConversionOptions::Log::None) {
+        // Created whether or not the database could be read, as the established converter did.
+        logFile_ = std::make_unique<FltLogFile>(path + ".log");
+        log_ = &logFile_->stream();
+        logged_ = true;
+        if (options_.builder == FltConversionOptions::Builder::Classic) logFile_->takeStandardOutput();
+    }
+    references_ = std::make_shared<FltReferenceChain>(input_->getFileName());
+    setUp();
+}
+
+FltConversion::FltConversion(FltInput& input, const FltConversionOptions& options)
+    : options_(options), turn_(conversionTurn()), input_(&input)
+{
+    messages_.emplace(options_.echo);
+    if (options_.echo) errors_ = &std::cerr;
+    references_ = std::make_shared<FltReferenceChain>(input_->getFileName());
+    setUp();
+}
+
+FltConversion::FltConversion(FltInput& input, FltConversion& parent)
+    : options_(parent.options_), input_(&input), log_(parent.log_), logged_(parent.logged_),
+      errors_(parent.errors_), references_(parent.references_)
+{
+    setUp();
+}
+
+FltConversion::~FltConversion() = default;
+
+void FltConversion::setUp()
+{
+    // The input stays the run's or the caller's: the parser only reads it.
+    parser_.setInput(input_);
+    parser_.ownsInput = false;
+    parser_.setProgressStream(logged_ ? log_ : nullptr);
+    parser_.setDumpStream(logged_ && options_.log == FltConversionOptions::Log::File ? log_ : nullptr);
+}
+
+int FltConversion::parse()
+{
+    if (!input_ || !input_->isInFlowCreated()) {
+        FltWarningMessageConsole::notifyMessage("ERROR ! FltParser has no INPUT !", 3, true);
+        return 1;
+    }
+    if (parser_.run() == 1) return 1;
+    if (parser_.creationVisitor->formatRevision <= 10) {
+        FltWarningMessageConsole::notifyMessage("ERROR ! Openflight Format Revision not supported !", 3, true);
+        return 1;
+    }
+    return 0;
+}
+
+void FltConversion::build(SoSeparator* root)
+{
+    if (!SoDB::isInitialized()) SoDB::init();
+    const FltCreationVisitor& parsed = *parser_.creationVisitor;
+    FltBuildContext context{parser_.records,
+                            *input_,
+                            FltVersion{parsed.formatRevision, parsed.rgbMode},
+                            *log_,
+                            *errors_,
+                            texturePrefix_,
+                            startDepth_,
+                            *references_,
+                            [this](FltInput& input, const std::string& prefix, int depth, SoSeparator* nested) {
+                                convertNested(input, prefix, depth, nested);
+                            }};
+    builder_.reset();
+    switch (options_.builder) {
+    case FltConversionOptions::Builder::Classic: builder_ = std::make_unique<FltToInventor>(context, root); break;
+    }
+    builder_->build();
+    parser_.records.clear();
+}
+
+int FltConversion::convert(SoSeparator* root)
+{
+    if (parse() != 0) return 1;
+    build(root);
+    return 0;
+}
+
+SoSeparator* FltConversion::run()
+{
+    if (!SoDB::isInitialized()) SoDB::init();
+    auto* root = new SoSeparator;
+    root->ref();
+    try {
+        convert(root);
+    } catch (const std::exception& e) {
+        FltWarningMessageConsole::notifyMessage(
+            std::string("ERROR ! Conversion stopped: ") + e.what() + " (the scene holds what was built before)", 3, true);
+    }
+    // The header visit keeps one reference that is never given back: a converted root
+    // reaches the caller with a count of 1, a root refused before the walk with 0.
+    root->unrefNoDelete();
+    return root;
+}
+
+void FltConversion::convertNested(FltInput& input, const std::string& texturePrefix, int depth, SoSeparator* root)
+{
+    // On the heap: a run is large, and chains of references nest these frames.
+    auto nested = std::unique_ptr<FltConversion>(new FltConversion(input, *this));
+    nested->texturePrefix_ = texturePrefix;
+    nested->startDepth_ = depth;
+    nested->convert(root);
+}
+
+void FltConversion::writeStatistics()
+{
+    if (!input_ || !input_->getFileName()) return;
+    FltStatisticsTool tool;
+    const std::string fileName = input_->getFileName();
+    tool.setFltFile(fileName.c_str());
+    tool.setStatFile((fileName + ".stat").c_str());
+    tool.makeEmptyFile();
+    for (const FltRecord* record : parser_.records) tool.countRecord(record->getOpcode());
+    tool.makeStatistics();
+}

@@ -1,0 +1,98 @@
+// The conversion entry points of include/QetzFlt/QetzFlt.h, under plain names for the host's
+// loader, and the messages of the last conversion.
+#include "QetzFlt/QetzFlt.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "convert/FltConversion.h"
+#include "diagnostics/FltWarningMessageConsole.h"
+#include "reader/FltParser.h"
+
+namespace {
+
+SoSeparator* convertWith(const char* path, const FltConversionOptions& options)
+{
+    if (!path || !*path) return nullptr;
+    try {
+        FltConversion conversion(path, options);
+        return conversion.run();
+    } catch (const std::exception& e) {
+        FltWarningMessageConsole::notifyMessage(std::string("ERROR ! Conversion failed: ") + e.what(), 3, true);
+    } catch (...) {
+        FltWarningMessageConsole::notifyMessage("ERROR ! Conversion failed", 3, true);
+    }
+    return nullptr;
+}
+
+const FltWarningMessage* lastMessage(int index)
+{
+    const std::vector<FltWarningMessage>& messages = FltWarningMessageConsole::getLastConversionMessages();
+    return index >= 0 && index < static_cast<int>(messages.size()) ? &messages[static_cast<size_t>(index)] : nullptr;
+}
+
+}  // namespace
+
+extern "C" {
+
+SoSeparator* convertFrom(const char* path)
+{
+    try {
+        return convertWith(path, FltConversionOptions::fromEnvironment());
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+const char* getProductName() { return "Skerrymoor"; }
+
+const char* getVersion() { return "8.6.3"; }
+
+SoSeparator* qetzfltConvert(const char* path, unsigned int options)
+{
+    try {
+        FltConversionOptions chosen;
+        if (!FltConversionOptions::fromWord(options, chosen)) {
+            FltWarningMessageConsole::notifyMessage(
+                "ERROR ! Unknown conversion options " + std::to_string(options) + ": nothing converted", 3, true);
+            return nullptr;
+        }
+        return convertWith(path, chosen);
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+int qetzfltLastMessageCount(void)
+{
+    return static_cast<int>(FltWarningMessageConsole::getLastConversionMessages().size());
+}
+
+const char* qetzfltLastMessageText(int index)
+{
+    const FltWarningMessage* message = lastMessage(index);
+    return message ? message->getMessage() : nullptr;
+}
+
+int qetzfltLastMessageLevel(int index)
+{
+    const FltWarningMessage* message = lastMessage(index);
+    return message ? message->getLevel() : 0;
+}
+
+int qetzfltIsDatabase(const char* path)
+{
+    if (!path) return 0;
+    // Without blocking: a named pipe would wait for a writer.
+    const int fd = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) return 0;
+    char start[4] = {0, 0, 0, 0};
+    const ssize_t n = ::read(fd, start, sizeof start);
+    ::close(fd);
+    return n > 0 && FltParser::isDatabaseStart(start, static_cast<uint64_t>(n)) ? 1 : 0;
+}
+}

@@ -1,0 +1,183 @@
+// Open groups, held notifications and the early release of unreachable nodes.
+#include "convert/FltNodeStack.h"
+
+#include <Inventor/nodes/SoGroup.h>
+#include <Inventor/nodes/SoSeparator.h>
+
+#include "diagnostics/FltWarningMessageConsole.h"
+
+FltNodeStack::~FltNodeStack()
+{
+    for (SoNode* node : unattachedNodes_)
+        if (node) node->unref();
+    releaseLastPrimary();
+}
+
+void FltNodeStack::pushLevel()
+{
+    SoGroup* opened = lastPrimary_ ? lastPrimary_ : root_;
+    // A node made before the latest pop level is opened again: the walk has left its level
+    // once, so it may lie inside anything (an instance among others).
+    const bool reopened = lastPrimaryBirth_ != popLevels_;
+    groups_.push_back(opened);
+    reopenedEntries_.push_back(reopened);
+    openReopenedEntries_ += reopened;
+    if (++stackCounts_[opened] == 1 && opened && opened->isNotifyEnabled()) {
+        // Every child added to an open group would notify all the groups above it, a cost
+        // that grows with the depth of the hierarchy; the group notifies once, as it closes.
+        opened->ref();
+        opened->enableNotify(FALSE);
+        quietOpenGroups_.insert(opened);
+    }
+}
+
+void FltNodeStack::notifyClosedGroup(SoGroup* group)
+{
+    if (quietOpenGroups_.erase(group) == 0) return;
+    group->enableNotify(TRUE);
+    group->touch();
+    // Without deleting: a LOD's content is open before anything holds it.
+    group->unrefNoDelete();
+}
+
+void FltNodeStack::popLevel()
+{
+    ++popLevels_;
+    if (groups_.empty()) {
+        FltWarningMessageConsole::notifyMessage("WARNING ! trying a pop() but stack is empty! (File corrupted ?)", 2,
+                                                true);
+        return;
+    }
+    auto count = stackCounts_.find(groups_.back());
+    if (count != stackCounts_.end() && --count->second == 0) {
+        SoGroup* closed = count->first;
+        stackCounts_.erase(count);
+        notifyClosedGroup(closed);
+        // Closed inside a group released meanwhile, nothing may hold it any more.
+        releaseCandidates_.push_back(closed);
+    }
+    openReopenedEntries_ -= reopenedEntries_.back();
+    reopenedEntries_.pop_back();
+    groups_.pop_back();
+}
+
+bool FltNodeStack::couldContainItself(SoGroup* instance, SoGroup* parent) const
+{
+    // While every open group was opened by the push right after its own record, the
+    // groups above the stack top are exactly the open ones (sharing adds parents only to
+    // nodes that are not open), so the instance contains the top only if it is open itself.
+    // A group reopened later may lie inside anything: references under it are refused.
+    if (instance == parent || stackCounts_.count(instance)) return true;
+    return openReopenedEntries_ > 0;
+}
+
+void FltNodeStack::holdNotification(SoNode* node)
+{
+    if (!node || !heldSlots_.emplace(node, notificationHeld_.size()).second) return;
+    node->ref();
+    node->enableNotify(FALSE);
+    notificationHeld_.push_back(node);
+}
+
+void FltNodeStack::keepUnattached(SoNode* node)
+{
+    node->ref();
+    unattachedSlots_.emplace(node, unattachedNodes_.size());
+    unattachedNodes_.push_back(node);
+    releaseCandidates_.push_back(node);
+}
+
+void FltNodeStack::setLastPrimary(SoGroup* node)
+{
+    if (node) node->ref();
+    SoGroup* previous = lastPrimary_;
+    lastPrimary_ = node;
+    lastPrimaryBirth_ = popLevels_;
+    if (!previous) return;
+    // Without deleting: a LOD's content is the last primary node before its LOD holds it.
+    // A node that nothing holds once the visit ends is freed between records of the top level.
+    previous->unrefNoDelete();
+    releaseCandidates_.push_back(previous);
+}
+
+void FltNodeStack::releaseLastPrimary()
+{
+    SoGroup* last = lastPrimary_;
+    lastPrimary_ = nullptr;
+    if (last) last->unref();
+}
+
+void FltNodeStack::releaseUnreachable()
+{
+    if (releaseCandidates_.empty()) return;
+    std::vector<SoNode*> candidates;
+    candidates.swap(releaseCandidates_);
+    // No visit runs here, and every table and open group holds what it points to, so two
+    // kinds of node are out of reach: former primary nodes that nothing holds (in no graph),
+    // and unattached nodes held only by the walk that no later record can reach.
+    std::unordered_set<SoNode*> orphans;
+    std::unordered_set<SoNode*> unreachable;
+    for (SoNode* node : candidates) {
+        auto unattached = unattachedSlots_.find(node);
+        if (unattached == unattachedSlots_.end()) {
+            if (node != lastPrimary_ && node != root_ && node->getRefCount() == 0) orphans.insert(node);
+            continue;
+        }
+        SoGroup* group = node->isOfType(SoGroup::getClassTypeId()) ? static_cast<SoGroup*>(node) : nullptr;
+        if (group && (group == lastPrimary_ || group == root_ || stackCounts_.count(group))) continue;
+        const int ours = 1 + int(heldSlots_.count(node)) + int(group && cache_.holds(group));
+        // Anything else holding it (a group it was added to later, the instance table) keeps it.
+        if (node->getRefCount() == ours) unreachable.insert(node);
+    }
+    if (orphans.empty() && unreachable.empty()) return;
+    cache_.forget();
+    for (SoNode* node : orphans) {
+        node->ref();
+        node->unref();
+    }
+    for (SoNode* node : unreachable) {
+        auto unattached = unattachedSlots_.find(node);
+        unattachedNodes_[unattached->second] = nullptr;
+        unattachedSlots_.erase(unattached);
+        auto held = heldSlots_.find(node);
+        if (held != heldSlots_.end()) {
+            notificationHeld_[held->second] = nullptr;
+            heldSlots_.erase(held);
+            node->unrefNoDelete();
+        }
+        node->unref();
+    }
+}
+
+void FltNodeStack::releaseNotifications()
+{
+    // Groups that no pop level closed notify now.
+    std::vector<SoGroup*> open(quietOpenGroups_.begin(), quietOpenGroups_.end());
+    for (SoGroup* group : open) group->enableNotify(TRUE);
+    for (SoGroup* group : open) {
+        notifyClosedGroup(group);
+        // Left open inside a group released early: nothing else holds it.
+        if (group->getRefCount() == 0 && group != lastPrimary_ && group != root_) {
+            group->ref();
+            group->unref();
+        }
+    }
+    std::vector<SoNode*> held;
+    held.swap(notificationHeld_);
+    heldSlots_.clear();
+    for (SoNode* node : held)
+        if (node) node->enableNotify(TRUE);
+    for (SoNode* node : held) {
+        if (!node) continue;
+        node->touch();
+        node->unref();
+    }
+}
+
+void FltNodeStack::finishWalk()
+{
+    releaseNotifications();
+    // The walk is over: the caller may release the root before the builder.
+    releaseLastPrimary();
+    releaseCandidates_.clear();
+}

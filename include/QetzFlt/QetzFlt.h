@@ -1,0 +1,105 @@
+/*
+ * QetzFlt: OpenFlight databases (.flt) as Open Inventor scene graphs built with Coin3D.
+ *
+ * The one header a host needs. The library answers to plain, undecorated names, so a host
+ * may link it or load it with dlopen("libQetzFlt.so") and look the names up.
+ *
+ * Conversions run one at a time in a process, whichever thread calls; each runs on the
+ * calling thread from start to end. Warnings and errors go to a message console: each is
+ * kept, and echoed to standard error as
+ *
+ *     ERROR! Not an Openflight Input !
+ *     (Warning Level: 3)
+ *
+ * The messages of the last conversion on the calling thread stay readable until its next one.
+ */
+#ifndef QETZFLT_QETZFLT_H
+#define QETZFLT_QETZFLT_H
+
+#ifdef __cplusplus
+class SoSeparator;
+extern "C" {
+#else
+typedef struct SoSeparator SoSeparator;
+#endif
+
+/*
+ * Converts the database at path as the established converter did: the scene graph, the log
+ * PATH.log next to it (the parse progress and a labelled dump of every record; without the
+ * dump when the environment variable QETZFLT_NO_LOG is set to anything but "0"), standard
+ * output pointed at that log while the conversion runs. Returns the root with a reference
+ * count of 1, which the caller owns and releases with unref(); a refused database gives an
+ * empty root with a count of 0; null only for an empty path.
+ */
+SoSeparator* convertFrom(const char* path);
+/* "Skerrymoor" and "8.6.3", the same pointers on every call. */
+const char* getProductName(void);
+const char* getVersion(void);
+
+/* The options word of qetzfltConvert: one log choice, one builder and any of the flags. */
+enum {
+    /* The log: PATH.log with the parse progress and the record dump, */
+    QETZFLT_LOG_FILE = 0x0,
+    /* PATH.log with the parse progress only, */
+    QETZFLT_LOG_NO_DUMP = 0x1,
+    /* or no log file at all (standard output is then left alone). */
+    QETZFLT_LOG_NONE = 0x2,
+    QETZFLT_LOG_MASK = 0xF,
+    /* The builder: the classic conversion, the established converter's scene exactly. */
+    QETZFLT_BUILD_CLASSIC = 0x00,
+    QETZFLT_BUILD_MASK = 0xF0,
+    /* Nothing written to standard output (the "Success in opening file" line). */
+    QETZFLT_NO_STANDARD_OUTPUT = 0x100,
+    /* Messages kept but not echoed, and nothing written to standard error. */
+    QETZFLT_NO_ECHO = 0x200
+};
+
+/*
+ * Converts the database at path with the options given (QETZFLT_NO_LOG is not read). The
+ * root is returned as by convertFrom; null for an empty path or an options word with bits
+ * this library does not know (with a console message).
+ */
+SoSeparator* qetzfltConvert(const char* path, unsigned int options);
+
+/* The messages of the last conversion, inspection or statistics run on the calling thread,
+ * oldest first: their count, and each one's text (null out of range) and level (1 to 3, 3
+ * for errors; 0 out of range). */
+int qetzfltLastMessageCount(void);
+const char* qetzfltLastMessageText(int index);
+int qetzfltLastMessageLevel(int index);
+
+/* 1 when the file at path begins as an OpenFlight database does (a header record), else 0;
+ * read without blocking. */
+int qetzfltIsDatabase(const char* path);
+
+/* Receives one fact of a database: a key and its value, both NUL-terminated. */
+typedef void (*QetzfltFactFunction)(void* user, const char* key, const char* value);
+
+/*
+ * Parses the database without converting it and reports, in this order:
+ *   "formatRevision" (the header's revision), "units" (the vertex coordinate units code),
+ *   "packedColorMode" ("1" or "0"), "id" (the header's name),
+ *   one "record" per opcode met, ascending: "<opcode> <count> <record heading>",
+ *   "recordTotal", then one "externalReference" per reference record ("<file name>") and
+ *   one "texturePattern" per texture pattern record ("<pattern index> <file name>"), in
+ *   file order, names as written in the file.
+ * Returns 0 when the file was parsed, 1 when it cannot be read or is not an OpenFlight
+ * database (then only the messages tell why). Writes no file and nothing to standard output
+ * or error; messages are kept but not echoed.
+ */
+int qetzfltInspect(const char* path, QetzfltFactFunction fact, void* user);
+
+/* Writes PATH.stat, the record counts by opcode. 0 when written, 1 when the database could
+ * not be parsed. Writes nothing to standard output or error. */
+int qetzfltWriteStatistics(const char* path);
+
+/* Every message the process has been given, oldest first (see qetzfltLastMessageText). */
+int qetzfltMessageCount(void);
+const char* qetzfltMessageText(int index);
+int qetzfltMessageLevel(int index);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

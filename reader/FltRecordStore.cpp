@@ -1,0 +1,39 @@
+// Ownership of the parsed records and the scan to the end of a subtree.
+#include "reader/FltRecordStore.h"
+
+#include "reader/FltOpcode.h"
+#include "reader/FltRecord.h"
+
+void FltRecordStore::add(FltRecord* record)
+{
+    if (!record) return;
+    records_.back() = record;
+    records_.push_back(nullptr);
+}
+
+void FltRecordStore::clear()
+{
+    // A continued record stands next to itself: freed once.
+    const FltRecord* previous = nullptr;
+    for (FltRecord* record : records_) {
+        if (record && record != previous) delete record;
+        previous = record;
+    }
+    records_.assign(1, nullptr);
+    records_.shrink_to_fit();
+}
+
+FltRecordIterator fltSubtreeEnd(FltRecordIterator it)
+{
+    int depth = 0;
+    for (; *it; ++it) {
+        const int opcode = (*it)->getOpcode();
+        if (opcode == FltOpcode::PushLevel) {
+            ++depth;
+        } else if (opcode == FltOpcode::PopLevel) {
+            if (depth == 1) return it;
+            --depth;
+        }
+    }
+    return it;
+}

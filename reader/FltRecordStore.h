@@ -1,0 +1,54 @@
+// FltRecordStore: the records of one parse in file order, and their one owner.
+//
+// The parser adds each record as it is created; the store frees them all when it is
+// cleared or destroyed. A sound palette that continues the one before it is the same
+// object handed out again, so it stands twice, side by side, and is freed once.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+class FltRecord;
+
+// A position in a record array that ends with a null entry: every walk stops there.
+using FltRecordIterator = std::vector<FltRecord*>::iterator;
+
+class FltRecordStore {
+public:
+    using const_iterator = std::vector<FltRecord*>::const_iterator;
+
+    FltRecordStore() : records_(1, nullptr) {}
+    ~FltRecordStore() { clear(); }
+    FltRecordStore(const FltRecordStore&) = delete;
+    FltRecordStore& operator=(const FltRecordStore&) = delete;
+
+    void add(FltRecord* record);
+    // Frees every record.
+    void clear();
+
+    size_t size() const { return records_.size() - 1; }
+    bool empty() const { return records_.size() == 1; }
+    FltRecord* operator[](size_t i) const { return records_[i]; }
+    // The record at i, or null past the last one.
+    FltRecord* at(size_t i) const { return i < size() ? records_[i] : nullptr; }
+    FltRecord* front() const { return records_.front(); }
+    FltRecord* back() const { return empty() ? nullptr : records_[size() - 1]; }
+    const_iterator begin() const { return records_.begin(); }
+    const_iterator end() const { return records_.end() - 1; }
+
+    // The first record of a walk over the array and its null end marker.
+    FltRecordIterator walk() { return records_.begin(); }
+
+private:
+    std::vector<FltRecord*> records_;  // the records, then the null end marker
+};
+
+// Moves a walk one record on, never past the end marker.
+inline void fltAdvance(FltRecordIterator& it)
+{
+    if (*it) ++it;
+}
+
+// Where the subtree that starts at `begin` ends: on the pop level that closes its first push
+// level, or on the end marker when none does.
+FltRecordIterator fltSubtreeEnd(FltRecordIterator begin);
