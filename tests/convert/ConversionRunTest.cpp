@@ -2,7 +2,10 @@
 // reference counts and standard output.
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <filesystem>
+#include <thread>
 
 #include "ConvertSupport.h"
 
@@ -102,4 +105,116 @@ TEST(ConversionRun, damagedFileKeepsTheRecordsBeforeTheDamage)
     EXPECT_NE(findNamed(c.root, "before"), nullptr);
     ASSERT_EQ(c.messages.size(), 1u);
     EXPECT_NE(c.messages[0].find("opcode 2 at byte offset 380 has length 0"), std::string::npos);
+}
+
+TEST(ConversionRun, optionsWordChoosesTheLogAndWhatReachesTheStandardStreams)
+{
+    // A pop with nothing open gives a level-2 message, echoed unless the options say not.
+    FltFixture db;
+    db.header().push().pop().pop();
+    ScratchDir dir;
+    const std::string path = dir.file("db.flt");
+    db.save(path);
+    const std::string popMessage = "WARNING ! trying a pop() but stack is empty! (File corrupted ?)";
+    const struct {
+        unsigned int options;
+        bool log, dump, opening, echo;
+    } rows[] = {
+        {QETZFLT_LOG_FILE, true, true, true, true},
+        {QETZFLT_LOG_NO_DUMP, true, false, true, true},
+        {QETZFLT_LOG_NONE, false, false, true, true},
+        {QETZFLT_LOG_FILE | QETZFLT_NO_STANDARD_OUTPUT, true, true, false, true},
+        {QETZFLT_LOG_NO_DUMP | QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_NO_ECHO, true, false, false, false},
+    };
+    // The variable is for convertFrom alone: an options word says all.
+    setenv("QETZFLT_NO_LOG", "1", 1);
+    for (const auto& row : rows) {
+        std::filesystem::remove(path + ".log");
+        CaptureStream out(std::cout), err(std::cerr);
+        SoSeparator* root = qetzfltConvert(path.c_str(), row.options);
+        ASSERT_NE(root, nullptr);
+        EXPECT_EQ(root->getRefCount(), 1);
+        root->unref();
+        const std::string log = readFile(path + ".log");
+        EXPECT_EQ(std::filesystem::exists(path + ".log"), row.log) << row.options;
+        EXPECT_EQ(log.find("beginning of parsing\n") == 0, row.log) << row.options;
+        EXPECT_EQ(log.find("HEADER RECORD") != std::string::npos, row.dump) << row.options;
+        EXPECT_EQ(out.text(), row.opening ? "\nSuccess in opening file: " + path + "\n" : "") << row.options;
+        EXPECT_EQ(err.text(), row.echo ? popMessage + "\n(Warning Level: 2)\n\n" : "") << row.options;
+        ASSERT_EQ(qetzfltLastMessageCount(), 1) << row.options;
+        EXPECT_EQ(qetzfltLastMessageText(0), popMessage);
+        EXPECT_EQ(qetzfltLastMessageLevel(0), 2);
+        EXPECT_EQ(qetzfltLastMessageText(1), nullptr);
+    }
+    {
+        CaptureStream out(std::cout), err(std::cerr);
+        SoSeparator* root = convertFrom(path.c_str());
+        root->unref();
+    }
+    unsetenv("QETZFLT_NO_LOG");
+    EXPECT_EQ(readFile(path + ".log").find("HEADER RECORD"), std::string::npos);
+    // Bits this library does not know convert nothing; the conversion before keeps its messages.
+    for (unsigned int unknown : {0x3u, 0x10u, 0x400u}) {
+        CaptureStream err(std::cerr);
+        EXPECT_EQ(qetzfltConvert(path.c_str(), unknown), nullptr);
+        EXPECT_NE(err.text().find("ERROR ! Unknown conversion options"), std::string::npos);
+    }
+    EXPECT_EQ(qetzfltConvert("", QETZFLT_LOG_NONE), nullptr);
+    EXPECT_EQ(qetzfltLastMessageCount(), 1);
+}
+
+TEST(ConversionRun, aFileIsADatabaseWhenItBeginsWithAHeaderRecord)
+{
+    ScratchDir dir;
+    const struct {
+        std::string bytes;  // "absent": no file; "pipe": a named pipe nobody writes
+        int database;
+    } rows[] = {{std::string("\x00\x01\x01\x44", 4), 1}, {std::string("\x00\x01\x00\x00", 4), 0},
+                {std::string("\x00\x02\x01\x44", 4), 0}, {std::string("\x00\x01", 2), 0},
+                {"absent", 0},                           {"pipe", 0}};
+    int n = 0;
+    for (const auto& row : rows) {
+        const std::string path = dir.file(std::to_string(n++));
+        if (row.bytes == "pipe")
+            ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+        else if (row.bytes != "absent")
+            writeFile(path, row.bytes);
+        EXPECT_EQ(qetzfltIsDatabase(path.c_str()), row.database) << n;
+    }
+}
+
+TEST(ConversionRun, conversionsFromSeveralThreadsTakeTurnsAndEachLogHoldsItsOwnDatabase)
+{
+    // Each conversion points standard output at its log while it runs: threads take turns.
+    FltFixture db;
+    db.header().push().group("g1").push().pop().pop();
+    ScratchDir dir;
+    std::vector<std::string> paths;
+    for (int t = 0; t < 3; ++t) {
+        paths.push_back(dir.file("t" + std::to_string(t) + ".flt"));
+        db.save(paths.back());
+    }
+    SoDB::init();
+    CaptureStream out(std::cout), err(std::cerr);
+    // The scenes are released after the threads end: the scene graph library itself does
+    // not guard its nodes against threads.
+    std::vector<std::vector<SoSeparator*>> roots(paths.size());
+    std::vector<std::thread> threads;
+    for (size_t t = 0; t < paths.size(); ++t)
+        threads.emplace_back([&roots, &paths, t] {
+            for (int i = 0; i < 10; ++i) roots[t].push_back(qetzfltConvert(paths[t].c_str(), QETZFLT_NO_STANDARD_OUTPUT));
+        });
+    for (std::thread& thread : threads) thread.join();
+    for (const auto& converted : roots) {
+        ASSERT_EQ(converted.size(), 10u);
+        for (SoSeparator* root : converted) {
+            ASSERT_NE(root, nullptr);
+            EXPECT_GT(root->getNumChildren(), 0);
+            root->unref();
+        }
+    }
+    const std::string first = readFile(paths[0] + ".log");
+    EXPECT_NE(first.find("\n GROUP RECORD \n"), std::string::npos);
+    for (const std::string& path : paths) EXPECT_EQ(readFile(path + ".log"), first);
+    EXPECT_EQ(out.text(), "");
 }

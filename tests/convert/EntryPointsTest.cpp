@@ -1,4 +1,5 @@
-// The library as a host's plug-in loader sees it: three plain, undecorated symbols.
+// The library as a host's plug-in loader sees it: the plain, undecorated names of its public
+// header.
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
@@ -19,6 +20,11 @@ TEST(EntryPoints, loaderFindsTheThreeFunctionsByTheirPlainNames)
     ASSERT_NE(convert, nullptr);
     EXPECT_STREQ(product(), "Skerrymoor");
     EXPECT_STREQ(version(), "8.6.3");
+    EXPECT_EQ(product(), product());
+    for (const char* name : {"qetzfltConvert", "qetzfltLastMessageCount", "qetzfltLastMessageText",
+                             "qetzfltLastMessageLevel", "qetzfltIsDatabase", "qetzfltInspect", "qetzfltWriteStatistics",
+                             "qetzfltMessageCount", "qetzfltMessageText", "qetzfltMessageLevel"})
+        EXPECT_NE(dlsym(handle, name), nullptr) << name;
     dlclose(handle);
 }
 

@@ -67,53 +67,6 @@ TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnPropertyAndTheOffsetMapFinds
     EXPECT_EQ(hierarchy(e), "");
 }
 
-TEST(VertexPalette, vertexColoursFollowFlagsPackedColoursAndIndices)
-{
-    // Entry 3 of the colour palette: red 0x10, green 0x20, blue 0x30, alpha 0x80.
-    std::vector<uint32_t> colors(1024, 0);
-    colors[3] = 0x80302010u;
-    struct Row {
-        const char* what;
-        bool richest;  // of the kind with normal and texture coordinates
-        uint16_t flags;
-        int32_t index;
-        uint32_t rgba;
-    };
-    const Row rows[] = {
-        {"no colour, whatever is packed: white", false, 0x2000, 0, 0xFFFFFFFFu},
-        // Kept on purpose: the file's alpha goes in as a transparency, so opaque is stored 0.
-        {"packed opaque red", false, 0x1000, 0, 0xFF000000u},
-        {"entry 3 at full intensity keeps its transparency", false, 0, 16384 * 3 + 128 * 127, 0x10203080u},
-        {"intensity 0: black with the entry's transparency", false, 0, 16384 * 3, 0x00000080u},
-        {"entry beyond the table: white", false, 0, 0x20001 * 128, 0xFFFFFFFFu},
-        {"negative index: white", false, 0, -128, 0xFFFFFFFFu},
-        // Kept on purpose: packed fully transparent, and every negative index white.
-        {"richest kind, entry 3 at full intensity", true, 0, 16384 * 3 + 128 * 127, 0x10203000u},
-        {"richest kind, small negative index", true, 0, -5, 0xFFFFFFFFu},
-    };
-    FltFixture db;
-    db.header().colorPalette(colors).vertexPalette();
-    for (const Row& row : rows) {
-        FltVertexSpec s;
-        s.flags = row.flags;
-        s.packed[0] = 255, s.packed[3] = 255;  // opaque red, where the flags ask for it
-        s.vertexColorIndex = row.index;
-        row.richest ? db.vertexColorNormalUv(s) : db.vertexColor(s);
-    }
-    db.push().pop();
-    HeldConversion h(db);
-    // The palette switch, after the header's nodes, holds only the kinds present.
-    const std::string palette = "Switch:vertexPropertyPalette[VertexProperty:vertexColorProperty ";
-    EXPECT_EQ(tree(h.root->getChild(kHeaderChildren)), palette + "VertexProperty:vertexColorNormalUVProperty]");
-    SoVertexProperty* colour = property(h, "vertexColorProperty");
-    SoVertexProperty* richest = property(h, "vertexColorNormalUVProperty");
-    ASSERT_EQ(colour->orderedRGBA.getNum(), 6);
-    ASSERT_EQ(richest->orderedRGBA.getNum(), 2);
-    int n[2] = {0, 0};
-    for (const Row& row : rows)
-        EXPECT_EQ((row.richest ? richest : colour)->orderedRGBA[n[row.richest]++], row.rgba) << row.what;
-}
-
 TEST(VertexPalette, the100001stVertexGrowsItsPropertyAndColourOnlyPositionsGoToAnotherPropertysArray)
 {
     // Before the first push level nothing is trimmed: the fields have grown once, to 1.5 x

@@ -1,0 +1,226 @@
+// The classic colour rules, called directly on records parsed from fixtures: each face's
+// material entry by its colour and material case, and each vertex's packed colour; then
+// once through a conversion, that the walk hands them the object and the log.
+#include <gtest/gtest.h>
+
+#include <Inventor/nodes/SoMaterial.h>
+
+#include "ConvertSupport.h"
+#include "convert/FltClassicColors.h"
+#include "convert/FltPalettes.h"
+#include "reader/FltOpcode.h"
+#include "reader/FltRecordColorPalette.h"
+#include "reader/FltRecordFace.h"
+#include "reader/FltRecordMaterial.h"
+#include "reader/FltRecordVertex.h"
+
+namespace {
+
+constexpr int32_t kNoColor = 0x40000000;
+constexpr int32_t kPackedColor = 0x10000000;
+
+// The palettes a parse of these bytes fills, in file order, and its records.
+struct Palettes {
+    explicit Palettes(FltFixture& db) : parsed(db.bytes())
+    {
+        parsed.parser.setDumpStream(nullptr);
+        parsed.parser.setProgressStream(nullptr);
+        parsed.parser.run();
+        for (const FltRecord* r : parsed.parser.records) {
+            if (const auto* colors = fltRecordCast<FltRecordColorPalette>(r)) palettes.setColorPalette(*colors);
+            if (const auto* old = fltRecordCast<FltRecordOLDMaterialPalette>(r)) palettes.setOldMaterials(*old);
+            if (const auto* material = fltRecordCast<FltRecordMaterial>(r)) palettes.setMaterial(*material);
+        }
+    }
+    // The n-th record of an opcode, as T.
+    template <class T>
+    const T& nth(int opcode, int n = 0)
+    {
+        for (const FltRecord* r : parsed.parser.records)
+            if (r->getOpcode() == opcode && n-- == 0) return *fltRecordCast<T>(r);
+        throw std::runtime_error("no such record");
+    }
+    ParsedBytes parsed;
+    FltPalettes palettes;
+};
+
+// A colour palette whose entry 5 is (0.4, 0.6, 1.0) and a material 2 of diffuse
+// (0.5, 0.25, 1.0), half that ambient, shininess 64 of 128 and alpha 0.25; then `empty`
+// 4-byte colour and old material palettes, and one face.
+FltFixture faceDatabase(const FltFaceSpec& face, int32_t revision, int empty = 0)
+{
+    FltFixture db;
+    db.header(revision);
+    std::vector<uint32_t> colors(1024, 0);
+    colors[5] = 0xFFFF9966u;  // alpha, blue, green, red
+    db.colorPalette(colors);
+    const float diffuse[3] = {0.5f, 0.25f, 1.0f};
+    db.material(2, diffuse, 64.0f, 0.25f);
+    for (int i = 0; i < empty; ++i) db.add(FltRecordBytes(32, 4)).add(FltRecordBytes(66, 4));
+    return db.face(face);
+}
+
+void expectColor(const SbColor& actual, const SbColor& expected, const std::string& what)
+{
+    for (int i = 0; i < 3; ++i) EXPECT_NEAR(actual[i], expected[i], 1e-5) << what << ", component " << i;
+}
+
+struct Face {
+    Face& flags(int32_t v) { spec.flags = v; return *this; }
+    Face& material(int16_t v) { spec.materialIndex = v; return *this; }
+    Face& index(int32_t v) { spec.primaryColorIndex = v; return *this; }
+    Face& nameIndex(uint16_t v) { spec.colorNameIndex = v; return *this; }
+    Face& transparency(uint16_t v) { spec.transparency = v; return *this; }
+    Face& packed(uint8_t a, uint8_t b, uint8_t g, uint8_t r)
+    {
+        spec.packed[0] = a, spec.packed[1] = b, spec.packed[2] = g, spec.packed[3] = r;
+        return *this;
+    }
+    Face& whiteTexture() { spec.texturePatternIndex = 1, spec.textureWhite = 1; return *this; }
+    Face& object(float t) { objectTransparency = t; return *this; }
+    Face& revision(int32_t r, bool packedMode = false) { version = {r, packedMode}; return *this; }
+    Face& emptyPalettes(int n) { empty = n; return *this; }
+    FltFaceSpec spec;
+    float objectTransparency = 0;
+    FltVersion version{1570, false};
+    int empty = 0;
+};
+
+}  // namespace
+
+TEST(ClassicColors, eachColourAndMaterialCaseGivesItsFaceEntry)
+{
+    struct Case {
+        const char* what;
+        Face face;
+        SbColor diffuse, ambient;
+        float shininess;
+        float transparency;  // negative: the entry leaves the transparency unwritten
+    };
+    const SbColor m(0.5f, 0.25f, 1.0f), mAmbient(0.25f, 0.125f, 0.5f), entry5(0.4f, 0.6f, 1.0f), black(0, 0, 0);
+    const SbColor diffuse(0.8f, 0.8f, 0.8f), ambient(0.2f, 0.2f, 0.2f);  // Inventor's defaults
+    const float p = 63.0f / 127, r = 127.0f / 255;
+    const Case cases[] = {
+        // Without material.
+        {"no colour: defaults", Face().flags(kNoColor).transparency(30000), diffuse, ambient, 0.2f, 0},
+        {"packed colour ignores every transparency",
+         Face().flags(kPackedColor).packed(0x80, 0, 0, 0xFF).transparency(40000).object(0.5f), {1, 0, 0}, {1, 0, 0},
+         0, 0},
+        {"palette index weighs the transparency", Face().index(5 * 128 + 127).transparency(32768), entry5, entry5, 0,
+         0.50001f},
+        {"palette index in an opaque object", Face().index(5 * 128 + 127).transparency(32768).object(1), entry5,
+         entry5, 0, 0},
+        {"palette index scaled by its intensity", Face().index(5 * 128 + 63), entry5 * p, entry5 * p, 0, 0},
+        {"thousands of empty palettes: the last one empties the table", Face().index(5 * 128 + 127).emptyPalettes(3000),
+         black, black, 0, 0},
+        // With material 2.
+        {"no colour copies the material", Face().flags(kNoColor).material(2).transparency(32768), m, mAmbient, 0.5f,
+         0.75f},
+        {"no colour: the raw object transparency weighs the face's",
+         Face().flags(kNoColor).material(2).transparency(32768).object(1), m, mAmbient, 0.5f,
+         (1.0f - 32768.0f / 65535.0f) * 0.75f},
+        // Kept on purpose: no transparency entry is written.
+        {"packed colour times material", Face().flags(kPackedColor).material(2).packed(0, 0, 127, 255),
+         {0.5f, 0.25f * r, 0}, {0.25f, 0.125f * r, 0}, 0.5f, -1},
+        {"palette index without intensity", Face().material(2).index(5 * 128 + 10), {0.2f, 0.15f, 1.0f},
+         {0.1f, 0.075f, 0.5f}, 0.5f, 0.75f},
+        {"before 1540 the colour name index", Face().material(2).nameIndex(5 * 128).revision(1530),
+         {0.2f, 0.15f, 1.0f}, {0.1f, 0.075f, 0.5f}, 0.5f, 0.75f},
+        {"texture white is white under the material", Face().material(2).index(5 * 128).whiteTexture(), m, mAmbient,
+         0.5f, 0.75f},
+        // Kept on purpose: each byte truncated to 0 or 1, alpha and blue 255 give (1, 1, 0) / 255.
+        {"packed colour mode: nearly black", Face().material(2).packed(255, 255, 10, 255).revision(1570, true),
+         {0.5f / 255, 0.25f / 255, 0}, {0.25f / 255, 0.125f / 255, 0}, 0.5f, 0.75f},
+        // Before 15.0 the face's colour index is its colour name index, scaling white.
+        {"old revision, full intensity", Face().material(2).nameIndex(127).revision(13), m, mAmbient, 0.5f, 0.75f},
+        {"old revision, intensity 0", Face().material(2).revision(13), black, black, 0.5f, 0.75f},
+        {"material beyond the palette: defaults", Face().flags(kNoColor).material(30000), diffuse, ambient, 0.2f, 0},
+    };
+    for (const Case& k : cases) {
+        FltFixture db = faceDatabase(k.face.spec, k.face.version.formatRevision, k.face.empty);
+        Palettes p(db);
+        const FltFaceMaterialEntry e = fltClassicFaceMaterial(p.nth<FltRecordFace>(FltOpcode::Face), p.palettes,
+                                                               k.face.version, k.face.objectTransparency);
+        ASSERT_TRUE(e.set) << k.what;
+        expectColor(e.diffuse, k.diffuse, k.what);
+        expectColor(e.ambient, k.ambient, k.what);
+        EXPECT_NEAR(e.shininess, k.shininess, 1e-5) << k.what;
+        EXPECT_EQ(e.setsTransparency, k.transparency >= 0) << k.what;
+        if (e.setsTransparency) {
+            EXPECT_NEAR(e.transparency, k.transparency, 1e-5) << k.what;
+        }
+    }
+    // A colour index beyond every palette sets nothing.
+    FltFaceSpec bad;
+    bad.primaryColorIndex = -1;
+    FltFixture badDb = faceDatabase(bad, 1570);
+    Palettes badParse(badDb);
+    const auto& face = badParse.nth<FltRecordFace>(FltOpcode::Face);
+    EXPECT_FALSE(fltClassicFaceMaterial(face, badParse.palettes, FltVersion{1570, false}, 0).set);
+}
+
+TEST(ClassicColors, vertexColoursFollowFlagsPackedColoursAndIndices)
+{
+    // Entry 3 of the colour palette: red 0x10, green 0x20, blue 0x30, alpha 0x80.
+    std::vector<uint32_t> colors(1024, 0);
+    colors[3] = 0x80302010u;
+    struct Row {
+        const char* what;
+        bool richest;  // of the kind with normal and texture coordinates
+        uint16_t flags;
+        int32_t index;
+        uint32_t rgba;
+    };
+    const Row rows[] = {
+        {"no colour, whatever is packed: white", false, 0x2000, 0, 0xFFFFFFFFu},
+        // Kept on purpose: the file's alpha goes in as a transparency, so opaque is stored 0.
+        {"packed opaque red", false, 0x1000, 0, 0xFF000000u},
+        {"entry 3 at full intensity keeps its transparency", false, 0, 16384 * 3 + 128 * 127, 0x10203080u},
+        {"intensity 0: black with the entry's transparency", false, 0, 16384 * 3, 0x00000080u},
+        {"entry beyond the table: white", false, 0, 0x20001 * 128, 0xFFFFFFFFu},
+        {"negative index: white", false, 0, -128, 0xFFFFFFFFu},
+        // Kept on purpose: packed fully transparent, and every negative index white.
+        {"richest kind, entry 3 at full intensity", true, 0, 16384 * 3 + 128 * 127, 0x10203000u},
+        {"richest kind, small negative index", true, 0, -5, 0xFFFFFFFFu},
+    };
+    FltFixture db;
+    db.header().colorPalette(colors).vertexPalette();
+    for (const Row& row : rows) {
+        FltVertexSpec s;
+        s.flags = row.flags;
+        s.packed[0] = 255, s.packed[3] = 255;  // opaque red, where the flags ask for it
+        s.vertexColorIndex = row.index;
+        row.richest ? db.vertexColorNormalUv(s) : db.vertexColor(s);
+    }
+    Palettes p(db);
+    int n[2] = {0, 0};
+    for (const Row& row : rows) {
+        const int opcode = row.richest ? FltOpcode::VertexColorNormalUv : FltOpcode::VertexColor;
+        const auto& vertex = p.nth<FltRecordVertexColor>(opcode, n[row.richest]++);
+        EXPECT_EQ(fltClassicVertexColor(vertex, row.richest, p.palettes), row.rgba) << row.what;
+    }
+}
+
+TEST(ClassicColors, theWalkGivesTheRulesTheObjectsTransparencyAndLogsABadIndex)
+{
+    // Faces under an object of transparency 0 and loose faces (transparency 1), one with a
+    // bad colour index: its entry is left to the defaults, and the log says so.
+    std::vector<uint32_t> colors(1024, 0);
+    colors[5] = 0xFFFF9966u;
+    FltFixture db;
+    db.header().colorPalette(colors).vertexPalette();
+    const int32_t a = db.vertexColor(0, 0, 0), b = db.vertexColor(1, 0, 0), c = db.vertexColor(0, 1, 0);
+    FltFaceSpec weighed, bad;
+    weighed.primaryColorIndex = 5 * 128 + 127;
+    weighed.transparency = 32768;
+    bad.primaryColorIndex = -1;
+    db.push().object("o", 0).push().face(weighed).push().vertexList({a, b, c}).pop().pop();
+    db.face(weighed).push().vertexList({a, b, c}).pop().face(bad).push().vertexList({a, b, c}).pop();
+    Converted converted(db.pop());
+    const auto materials = findAll<SoMaterial>(converted.root);
+    ASSERT_EQ(materials.size(), 2u);
+    EXPECT_NEAR(materials[0]->transparency[0], 0.50001f, 1e-5);
+    ASSERT_EQ(materials[1]->transparency.getNum(), 1);  // the bad face's entry is never written
+    EXPECT_NEAR(materials[1]->transparency[0], 0, 1e-5);
+    EXPECT_NE(converted.log().find("\nbad color index\n"), std::string::npos);
+}
