@@ -1,5 +1,5 @@
 // The conversion entry points of include/QetzFlt/QetzFlt.h, under plain names for the host's
-// loader, and the messages of the last conversion.
+// loader, and the console's messages: the last conversion's and the process's.
 #include "QetzFlt/QetzFlt.h"
 
 #include <fcntl.h>
@@ -29,11 +29,17 @@ SoSeparator* convertWith(const char* path, const FltConversionOptions& options)
     return nullptr;
 }
 
-const FltWarningMessage* lastMessage(int index)
+const FltWarningMessage* messageAt(const std::vector<FltWarningMessage>& messages, int index)
 {
-    const std::vector<FltWarningMessage>& messages = FltWarningMessageConsole::getLastConversionMessages();
     return index >= 0 && index < static_cast<int>(messages.size()) ? &messages[static_cast<size_t>(index)] : nullptr;
 }
+
+const FltWarningMessage* lastMessage(int index)
+{
+    return messageAt(FltWarningMessageConsole::getLastConversionMessages(), index);
+}
+
+const FltWarningMessage* processMessage(int index) { return messageAt(FltWarningMessageConsole::getMessages(), index); }
 
 }  // namespace
 
@@ -81,6 +87,20 @@ const char* qetzfltLastMessageText(int index)
 int qetzfltLastMessageLevel(int index)
 {
     const FltWarningMessage* message = lastMessage(index);
+    return message ? message->getLevel() : 0;
+}
+
+int qetzfltMessageCount(void) { return static_cast<int>(FltWarningMessageConsole::getMessages().size()); }
+
+const char* qetzfltMessageText(int index)
+{
+    const FltWarningMessage* message = processMessage(index);
+    return message ? message->getMessage() : nullptr;
+}
+
+int qetzfltMessageLevel(int index)
+{
+    const FltWarningMessage* message = processMessage(index);
     return message ? message->getLevel() : 0;
 }
 

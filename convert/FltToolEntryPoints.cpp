@@ -1,13 +1,11 @@
-// The entry points of include/QetzFlt/QetzFlt.h for tools: database facts, the statistics
-// file and the console's messages. They parse without building and write nothing to the
-// standard streams.
+// The entry points of include/QetzFlt/QetzFlt.h for tools: database facts and the
+// statistics file. They parse without building and write nothing to the standard streams.
 #include <map>
 #include <string>
 #include <utility>
 
 #include "QetzFlt/QetzFlt.h"
 #include "convert/FltConversion.h"
-#include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltInput.h"
 #include "reader/FltRecord.h"
 #include "reader/FltRecordExternalReference.h"
@@ -77,12 +75,6 @@ int inspect(const char* path, QetzfltFactFunction fact, void* user)
     return 0;
 }
 
-const FltWarningMessage* message(int index)
-{
-    const auto& messages = FltWarningMessageConsole::getMessages();
-    return index >= 0 && index < static_cast<int>(messages.size()) ? &messages[static_cast<size_t>(index)] : nullptr;
-}
-
 }  // namespace
 
 extern "C" {
@@ -108,19 +100,5 @@ int qetzfltWriteStatistics(const char* path)
     } catch (...) {
         return 1;
     }
-}
-
-int qetzfltMessageCount(void) { return static_cast<int>(FltWarningMessageConsole::getMessages().size()); }
-
-const char* qetzfltMessageText(int index)
-{
-    const FltWarningMessage* m = message(index);
-    return m ? m->getMessage() : nullptr;
-}
-
-int qetzfltMessageLevel(int index)
-{
-    const FltWarningMessage* m = message(index);
-    return m ? m->getLevel() : 0;
 }
 }
