@@ -21,6 +21,9 @@ public:
     virtual void keepShortRecordsAsUnknown(bool) {}
     // A parse begins: nothing made before continues into it.
     virtual void beginParse() {}
+    // Whether push and pop records longer than their 4 bytes draw a warning (they do by
+    // default; one writer pads every record to a multiple of 8 bytes).
+    virtual void reportPaddedControlRecords(bool) {}
     // Where each record's dump goes; null switches the dump off.
     virtual void setDumpStream(std::ostream*) {}
     virtual std::ostream* getDumpStream() const { return nullptr; }
@@ -40,6 +43,7 @@ public:
     size_t lastRecordMissingBytes() const override { return lastRecordMissing; }
     void keepShortRecordsAsUnknown(bool value) override { shortAsUnknown = value; }
     void beginParse() override { previousRecord = nullptr; }
+    void reportPaddedControlRecords(bool value) override { reportPadding = value; }
     void setDumpStream(std::ostream* stream) override { dumpStream = stream; }
     std::ostream* getDumpStream() const override { return dumpStream; }
 
@@ -51,4 +55,5 @@ private:
     std::ostream* dumpStream;
     size_t lastRecordMissing = 0;
     bool shortAsUnknown = false;
+    bool reportPadding = true;
 };

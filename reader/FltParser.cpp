@@ -75,6 +75,11 @@ void FltParser::setDumpStream(std::ostream* stream)
     if (creationVisitor) creationVisitor->setDumpStream(stream);
 }
 
+void FltParser::setReportPaddedControlRecords(bool report)
+{
+    if (creationVisitor) creationVisitor->reportPaddedControlRecords(report);
+}
+
 bool FltParser::isDatabaseStart(const char* bytes, uint64_t size)
 {
     if (!bytes) return false;
@@ -89,12 +94,12 @@ bool FltParser::isAnOpenFlightInput(FltInput* candidate)
     return false;
 }
 
-void FltParser::fltRecordsVectorBuild(FltRawData* raw)
+void FltParser::fltRecordsVectorBuild(FltRawData* raw, uint64_t offset)
 {
     FltRecord* record = nullptr;
     creationVisitor->visitFltRawData(record, raw);
     if (!record) return;
-    records.add(record);
+    records.add(record, offset);
     notify(record);
 }
 
@@ -145,7 +150,7 @@ int FltParser::run()
         // Records decode straight from the input buffer, which outlives them and is never
         // modified: the view is bounded by the record's length, so no copy is needed.
         FltRawData raw(opcode, length, buffer + offset);
-        fltRecordsVectorBuild(&raw);
+        fltRecordsVectorBuild(&raw, offset);
         if (creationVisitor->wasLastRecordShort()) {
             reportShortRecord(opcode, offset, length);
             const bool withinBudget = missingBytes <= missingBudget;

@@ -49,7 +49,10 @@ public:
     void setProgressStream(std::ostream* stream) { progress = stream; }
     // Where each record's dump goes (standard output unless set); null switches it off.
     void setDumpStream(std::ostream* stream);
-    void fltRecordsVectorBuild(FltRawData* raw);
+    // Whether push and pop records padded past their 4 bytes draw a warning (by default yes).
+    void setReportPaddedControlRecords(bool report);
+    // Builds the record of the raw data found at this byte offset.
+    void fltRecordsVectorBuild(FltRawData* raw, uint64_t offset = 0);
     uint64_t getNumberOfFltRawData() const { return rawDataCount; }
     bool isAllFltRecordsCreated() const { return allRecordsCreated; }
     std::ostream& showAllFltRecords(std::ostream& os) const;

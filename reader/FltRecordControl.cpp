@@ -1,28 +1,8 @@
-// Control records: the length check of push and pop records, extension and instance fields.
+// Control records: extension and instance fields.
 #include "reader/FltRecordControl.h"
 
-#include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltBytes.h"
 #include "reader/FltDump.h"
-
-namespace {
-void checkControlLength(unsigned int length)
-{
-    if (length != 4)
-        FltWarningMessageConsole::notifyMessage("WARNING ! this ControlRecord hasn t the correct length !", 1,
-                                                false);
-}
-}  // namespace
-
-AbstractControlRecord::AbstractControlRecord(unsigned int length) : ControlFltRecord(length)
-{
-    checkControlLength(length);
-}
-
-AbstractExtensionControlRecord::AbstractExtensionControlRecord(unsigned int length) : ControlFltRecord(length)
-{
-    checkControlLength(length);
-}
 
 void AbstractExtensionControlRecord::decode(const FltBytes& in)
 {

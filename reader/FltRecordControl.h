@@ -9,15 +9,16 @@
 // long; any other length draws a level-1 warning at creation and is kept.
 class AbstractControlRecord : public ControlFltRecord {
 public:
-    explicit AbstractControlRecord(unsigned int length);
+    explicit AbstractControlRecord(unsigned int length) : ControlFltRecord(length) {}
     ~AbstractControlRecord() override { length = 0; }
 };
 
 // Parent of the push and pop extension records. The published form of these records is
-// longer than 4 bytes, so each of them draws the length warning: kept on purpose.
+// longer than 4 bytes, so each of them draws the opcode factory's length warning: kept on
+// purpose.
 class AbstractExtensionControlRecord : public ControlFltRecord {
 public:
-    explicit AbstractExtensionControlRecord(unsigned int length);
+    explicit AbstractExtensionControlRecord(unsigned int length) : ControlFltRecord(length) {}
     ~AbstractExtensionControlRecord() override { length = 0; }
     void decode(const FltBytes& in) override;
     void dumpFields(FltDump& out) const override;

@@ -4,11 +4,12 @@
 #include "reader/FltOpcode.h"
 #include "reader/FltRecord.h"
 
-void FltRecordStore::add(FltRecord* record)
+void FltRecordStore::add(FltRecord* record, uint64_t offset)
 {
     if (!record) return;
     records_.back() = record;
     records_.push_back(nullptr);
+    offsets_.push_back(offset);
 }
 
 void FltRecordStore::clear()
@@ -21,6 +22,8 @@ void FltRecordStore::clear()
     }
     records_.assign(1, nullptr);
     records_.shrink_to_fit();
+    offsets_.clear();
+    offsets_.shrink_to_fit();
 }
 
 FltRecordIterator fltSubtreeEnd(FltRecordIterator it)

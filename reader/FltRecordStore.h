@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 class FltRecord;
@@ -22,7 +23,8 @@ public:
     FltRecordStore(const FltRecordStore&) = delete;
     FltRecordStore& operator=(const FltRecordStore&) = delete;
 
-    void add(FltRecord* record);
+    // Adds a record that starts at this byte offset of the file.
+    void add(FltRecord* record, uint64_t offset = 0);
     // Frees every record.
     void clear();
 
@@ -38,9 +40,16 @@ public:
 
     // The first record of a walk over the array and its null end marker.
     FltRecordIterator walk() { return records_.begin(); }
+    // The byte offset in the file of the record a walk stands on (0 on the end marker).
+    uint64_t offsetAt(FltRecordIterator it) const
+    {
+        const size_t i = static_cast<size_t>(it - records_.begin());
+        return i < offsets_.size() ? offsets_[i] : 0;
+    }
 
 private:
     std::vector<FltRecord*> records_;  // the records, then the null end marker
+    std::vector<uint64_t> offsets_;    // where each record starts in the file
 };
 
 // Moves a walk one record on, never past the end marker.

@@ -1,7 +1,9 @@
 // The opcode table of the OpenFlight 15.7 record set and the factory that uses it.
 #include <iostream>
 
+#include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltCreationVisitor.h"
+#include "reader/FltOpcode.h"
 #include "reader/FltRawData.h"
 #include "reader/FltRecordBoundingVolume.h"
 #include "reader/FltRecordClipRegion.h"
@@ -30,6 +32,20 @@
 #include "reader/FltRecordVertex.h"
 
 namespace {
+
+// The push and pop records of every kind: 4 bytes long by the format.
+bool isPushOrPop(unsigned int opcode)
+{
+    switch (opcode) {
+    case FltOpcode::PushLevel:
+    case FltOpcode::PopLevel:
+    case FltOpcode::PushSubface:
+    case FltOpcode::PopSubface:
+    case FltOpcode::PushExtension:
+    case FltOpcode::PopExtension: return true;
+    default: return false;
+    }
+}
 
 using Create = AbstractFltRecord* (*)(unsigned int opcode, unsigned int length, int revision);
 
@@ -169,6 +185,9 @@ void Flt_15_7_CreationVisitor::visitFltRawData(FltRecord*& out, const FltRawData
         out = sound;
     } else {
         AbstractFltRecord* record = createRecord(raw->opcode, raw->length, formatRevision);
+        if (reportPadding && raw->length != 4 && isPushOrPop(raw->opcode))
+            FltWarningMessageConsole::notifyMessage("WARNING ! this ControlRecord hasn t the correct length !", 1,
+                                                    false);
         lastRecordMissing = record->decodeFrom(raw->data, raw->data ? raw->length : 0);
         if (lastRecordMissing > 0 && shortAsUnknown && raw->opcode != 1) {
             // A header keeps its type: the parse and the conversion take the revision from it.
