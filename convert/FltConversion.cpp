@@ -10,6 +10,7 @@
 #include <iostream>
 
 #include "QetzFlt/QetzFlt.h"
+#include "convert/FltAuthoredBuilder.h"
 #include "convert/FltReferenceChain.h"
 #include "convert/FltSceneBuilder.h"
 #include "convert/FltToInventor.h"
@@ -42,6 +43,7 @@ bool FltConversionOptions::fromWord(unsigned int word, FltConversionOptions& opt
     }
     switch (word & QETZFLT_BUILD_MASK) {
     case QETZFLT_BUILD_CLASSIC: options.builder = Builder::Classic; break;
+    case QETZFLT_BUILD_AS_AUTHORED: options.builder = Builder::AsAuthored; break;
     default: return false;
     }
     options.standardOutput = !(word & QETZFLT_NO_STANDARD_OUTPUT);
@@ -99,6 +101,8 @@ void FltConversion::setUp()
     parser_.setInput(input_);
     parser_.ownsInput = false;
     parser_.setProgressStream(logged_ ? log_ : nullptr);
+    // One writer pads every record to 8 bytes; the format's drawing takes that as it comes.
+    parser_.setReportPaddedControlRecords(options_.builder == FltConversionOptions::Builder::Classic);
     parser_.setDumpStream(logged_ && options_.log == FltConversionOptions::Log::File ? log_ : nullptr);
 }
 
@@ -116,24 +120,32 @@ int FltConversion::parse()
     return 0;
 }
 
+FltBuildContext FltConversion::context()
+{
+    const FltCreationVisitor& parsed = *parser_.creationVisitor;
+    return FltBuildContext{parser_.records,
+                           *input_,
+                           FltVersion{parsed.formatRevision, parsed.rgbMode},
+                           *log_,
+                           *errors_,
+                           texturePrefix_,
+                           startDepth_,
+                           *references_,
+                           [this](FltInput& input, const std::string& prefix, int depth, SoSeparator* nested) {
+                               convertNested(input, prefix, depth, nested);
+                           },
+                           [this](FltInput& input, int depth) { return nestedScene(input, depth); }};
+}
+
 void FltConversion::build(SoSeparator* root)
 {
     if (!SoDB::isInitialized()) SoDB::init();
-    const FltCreationVisitor& parsed = *parser_.creationVisitor;
-    FltBuildContext context{parser_.records,
-                            *input_,
-                            FltVersion{parsed.formatRevision, parsed.rgbMode},
-                            *log_,
-                            *errors_,
-                            texturePrefix_,
-                            startDepth_,
-                            *references_,
-                            [this](FltInput& input, const std::string& prefix, int depth, SoSeparator* nested) {
-                                convertNested(input, prefix, depth, nested);
-                            }};
     builder_.reset();
     switch (options_.builder) {
-    case FltConversionOptions::Builder::Classic: builder_ = std::make_unique<FltToInventor>(context, root); break;
+    case FltConversionOptions::Builder::Classic: builder_ = std::make_unique<FltToInventor>(context(), root); break;
+    case FltConversionOptions::Builder::AsAuthored:
+        builder_ = std::make_unique<FltAuthoredBuilder>(context(), root);
+        break;
     }
     builder_->build();
     parser_.records.clear();
@@ -170,6 +182,15 @@ void FltConversion::convertNested(FltInput& input, const std::string& texturePre
     nested->texturePrefix_ = texturePrefix;
     nested->startDepth_ = depth;
     nested->convert(root);
+}
+
+std::shared_ptr<const FltScene> FltConversion::nestedScene(FltInput& input, int depth)
+{
+    auto nested = std::unique_ptr<FltConversion>(new FltConversion(input, *this));
+    nested->startDepth_ = depth;
+    if (nested->parse() != 0) return std::make_shared<FltScene>();
+    auto builder = std::make_unique<FltAuthoredBuilder>(nested->context(), nullptr);
+    return builder->walk();
 }
 
 void FltConversion::writeStatistics()

@@ -20,10 +20,12 @@ class FltLogFile;
 class FltReferenceChain;
 class FltSceneBuilder;
 class SoSeparator;
+struct FltBuildContext;
+struct FltScene;
 
 struct FltConversionOptions {
     enum class Log { File, NoDump, None };
-    enum class Builder { Classic };
+    enum class Builder { Classic, AsAuthored };
     Log log = Log::File;
     Builder builder = Builder::Classic;
     bool standardOutput = true;  // the file input's opening line
@@ -74,7 +76,9 @@ private:
     // A nested run on a referenced database.
     FltConversion(FltInput& input, FltConversion& parent);
     void setUp();
+    FltBuildContext context();
     void convertNested(FltInput& input, const std::string& texturePrefix, int depth, SoSeparator* root);
+    std::shared_ptr<const FltScene> nestedScene(FltInput& input, int depth);
 
     FltConversionOptions options_;
     // Conversions run one at a time: the classic one points the process's standard output

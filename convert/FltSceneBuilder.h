@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <iosfwd>
+#include <memory>
 #include <string>
 
 #include "reader/FltRecord.h"
@@ -13,6 +14,7 @@ class FltInput;
 class FltRecordStore;
 class FltReferenceChain;
 class SoSeparator;
+struct FltScene;
 
 struct FltBuildContext {
     FltRecordStore& records;
@@ -34,6 +36,8 @@ struct FltBuildContext {
     // levels deep already.
     std::function<void(FltInput& input, const std::string& texturePrefix, int depth, SoSeparator* root)>
         convertReference;
+    // The same for a builder that makes scenes: the referenced database's scene.
+    std::function<std::shared_ptr<const FltScene>(FltInput& input, int depth)> sceneOfReference;
 };
 
 class FltSceneBuilder {

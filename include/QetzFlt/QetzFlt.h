@@ -45,8 +45,12 @@ enum {
     /* or no log file at all (standard output is then left alone). */
     QETZFLT_LOG_NONE = 0x2,
     QETZFLT_LOG_MASK = 0xF,
-    /* The builder: the classic conversion, the established converter's scene exactly. */
+    /* The builder: the classic conversion, the established converter's scene exactly, */
     QETZFLT_BUILD_CLASSIC = 0x00,
+    /* or the as-authored one, which draws the database as the OpenFlight format means it:
+     * colours by light mode, materials, transparency, culling, textures beside the
+     * database, meshes, the matrices of faces. */
+    QETZFLT_BUILD_AS_AUTHORED = 0x10,
     QETZFLT_BUILD_MASK = 0xF0,
     /* Nothing written to standard output (the "Success in opening file" line). */
     QETZFLT_NO_STANDARD_OUTPUT = 0x100,
