@@ -54,12 +54,13 @@ uint64_t floorPass(const std::string& path)
     return sum;
 }
 
-double convertOnce(const std::string& path, bool log)
+double convertOnce(const std::string& path, bool log, bool asAuthored = false)
 {
     // A previous run's log is removed first: truncating a large file costs the kernel time
     // that a user converting the database once never pays.
     std::remove((path + ".log").c_str());
-    const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | (log ? QETZFLT_LOG_FILE : QETZFLT_LOG_NO_DUMP);
+    const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | (log ? QETZFLT_LOG_FILE : QETZFLT_LOG_NO_DUMP) |
+                                 (asAuthored ? QETZFLT_BUILD_AS_AUTHORED : QETZFLT_BUILD_CLASSIC);
     const Clock::time_point start = Clock::now();
     SoSeparator* root = qetzfltConvert(path.c_str(), options);
     const double elapsed = seconds(start);
@@ -92,7 +93,7 @@ long peakBytes(const char* self, const std::string& path)
 
 struct Row {
     std::string name;
-    double mib = 0, floor = 0, logOn = 0, logOff = 0;
+    double mib = 0, floor = 0, logOn = 0, logOff = 0, authored = 0;
     long peak = -1;
 };
 
@@ -126,7 +127,7 @@ int main(int argc, char** argv)
         row.peak = peaks[rows.size()];
         row.name = std::filesystem::path(path).filename().string();
         row.mib = std::filesystem::file_size(path) / (1024.0 * 1024.0);
-        std::vector<double> floors, ons, offs;
+        std::vector<double> floors, ons, offs, authored;
         uint64_t checksum = 0;
         floorPass(path);  // warm the page cache
         for (int r = 0; r < runs; ++r) {
@@ -135,20 +136,23 @@ int main(int argc, char** argv)
             floors.push_back(seconds(start));
             ons.push_back(convertOnce(path, true));
             offs.push_back(convertOnce(path, false));
+            authored.push_back(convertOnce(path, false, true));
         }
         row.floor = median(floors);
         row.logOn = median(ons);
         row.logOff = median(offs);
+        row.authored = median(authored);
         rows.push_back(row);
         std::fprintf(stderr, "%s done (checksum %llu)\n", row.name.c_str(), static_cast<unsigned long long>(checksum));
     }
 
-    std::printf("%-22s %9s %9s %16s %16s %11s %11s %17s\n", "file", "MiB", "floor s", "log on s (x)", "log off s (x)",
-                "on s/MiB", "off s/MiB", "peak MiB (x size)");
+    std::printf("%-22s %9s %9s %16s %16s %11s %11s %17s %22s\n", "file", "MiB", "floor s", "log on s (x)",
+                "log off s (x)", "on s/MiB", "off s/MiB", "peak MiB (x size)", "as-authored s (x off)");
     for (const Row& r : rows) {
-        std::printf("%-22s %9.1f %9.4f %8.3f (%5.1f) %8.3f (%5.1f) %11.4f %11.4f %9.1f (%5.2f)\n", r.name.c_str(), r.mib,
-                    r.floor, r.logOn, r.logOn / r.floor, r.logOff, r.logOff / r.floor, r.logOn / r.mib,
-                    r.logOff / r.mib, r.peak / (1024.0 * 1024.0), r.peak / (r.mib * 1024 * 1024));
+        std::printf("%-22s %9.1f %9.4f %8.3f (%5.1f) %8.3f (%5.1f) %11.4f %11.4f %9.1f (%5.2f) %14.3f (%5.2f)\n",
+                    r.name.c_str(), r.mib, r.floor, r.logOn, r.logOn / r.floor, r.logOff, r.logOff / r.floor,
+                    r.logOn / r.mib, r.logOff / r.mib, r.peak / (1024.0 * 1024.0), r.peak / (r.mib * 1024 * 1024),
+                    r.authored, r.authored / r.logOff);
     }
     if (rows.size() >= 2) {
         const Row& big = rows.back();

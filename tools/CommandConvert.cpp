@@ -21,14 +21,16 @@
 namespace {
 
 const char* const kConvertUsage =
-    "usage: qetzflt convert IN.flt [-o OUT.iv] [--binary] [--vrml2] [--yup]\n"
+    "usage: qetzflt convert IN.flt [-o OUT.iv] [--binary] [--vrml2] [--yup] [--classic]\n"
     "\n"
-    "Converts an OpenFlight database and writes the scene graph with Coin.\n"
+    "Converts an OpenFlight database, drawn as the format means it, and writes the scene graph\n"
+    "with Coin.\n"
     "  -o OUT       output file (default: IN with its extension replaced by .iv, or .wrl with --vrml2)\n"
     "  --binary     binary Inventor instead of ASCII\n"
     "  --vrml2      VRML97 (VRML 2.0) instead of Inventor; VRML viewers expect Y up, see --yup\n"
     "  --yup        rotate the Z-up database into the Y-up frame that Inventor and VRML viewers expect\n"
     "Texture file names are written relative to the output file, so that they resolve from there.\n"
+    "  --classic    the classic conversion: exactly what the library's convertFrom returns\n"
     "  --no-log     leave the record dump out of the log (it keeps the parse progress)\n"
     "The library writes its log next to the input (IN.flt.log).\n";
 
@@ -67,7 +69,7 @@ int commandConvert(int argc, char** argv)
     if (output.empty()) output = std::filesystem::path(input).replace_extension(vrml ? ".wrl" : ".iv").string();
 
     Conversion conversion;
-    if (!conversion.run(input, true, !args.has("--no-log"))) return kFailed;
+    if (!conversion.run(input, true, args)) return kFailed;
 
     rewriteTextureNames(conversion.root, conversion.directory, directoryOf(output));
 

@@ -22,12 +22,13 @@ namespace fs = std::filesystem;
 namespace {
 
 const char* const kInfoUsage =
-    "usage: qetzflt info IN.flt [--tree]\n"
+    "usage: qetzflt info IN.flt [--tree] [--classic]\n"
     "\n"
     "Converts the database and tells what it holds: format revision, units, packed-colour mode,\n"
     "record counts per opcode, the node, face set, face, vertex and triangle counts of the\n"
     "scene, its bounding box and the console messages of the conversion.\n"
-    "  --tree   also print the hierarchy of groups, named nodes and face sets\n";
+    "  --tree     also print the hierarchy of groups, named nodes and face sets\n"
+    "  --classic  the scene of the classic conversion instead of the as-authored one\n";
 
 const char* const kDepsUsage =
     "usage: qetzflt deps IN.flt\n"
@@ -203,7 +204,7 @@ int commandInfo(int argc, char** argv)
     const std::string input = args.positional[0];
 
     Conversion conversion;
-    const bool converted = conversion.run(input, false, !args.has("--no-log"));
+    const bool converted = conversion.run(input, false, args);
     QetzFltLibrary* library = loadLibrary();
     if (!library) return kFailed;
     if (!fs::is_regular_file(input)) return kFailed;
@@ -220,6 +221,7 @@ int commandInfo(int argc, char** argv)
     } else if (inspected < 0) {
         std::cout << "(this libQetzFlt.so does not report format revision, units and record counts)\n";
     }
+    std::cout << "conversion: " << (conversion.classic ? "classic" : "as-authored") << "\n";
     if (converted) {
         printScene(summarizeScene(conversion.root));
     } else {

@@ -16,7 +16,7 @@
 namespace {
 
 const char* const kRenderUsage =
-    "usage: qetzflt render IN.flt -o OUT.png [--size WxH] [--view iso|top|front]\n"
+    "usage: qetzflt render IN.flt -o OUT.png [--size WxH] [--view iso|top|front] [--classic]\n"
     "\n"
     "Converts the database and draws it, lit and textured, with a camera that frames the whole\n"
     "scene, into a PNG picture. An Inventor file (.iv, .wrl) is drawn as well.\n"
@@ -24,6 +24,7 @@ const char* const kRenderUsage =
     "  --size WxH   picture size in pixels (default 800x600)\n"
     "  --view V     iso: from the south-west, above (default); top: straight down, north up;\n"
     "               front: from the south\n"
+    "  --classic    draw the classic conversion instead of the database as the format means it\n"
     "Without DISPLAY the command starts a virtual X server (Xvfb) of its own.\n";
 
 bool parseSize(const std::string& text, int& width, int& height)
@@ -89,7 +90,7 @@ int commandRender(int argc, char** argv)
         if (!scene) return kFailed;
         scene->ref();
     } else {
-        if (!conversion.run(input, true, !args.has("--no-log"))) return kFailed;
+        if (!conversion.run(input, true, args)) return kFailed;
         scene = conversion.root;
         scene->ref();
         // Textures are read when drawn as well: the database's directory stays searched.

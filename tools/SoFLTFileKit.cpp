@@ -5,6 +5,8 @@
 #include <Inventor/SoInput.h>
 #include <Inventor/nodes/SoSeparator.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <string>
 
@@ -41,8 +43,12 @@ SbBool SoFLTFileKit::readFile(const char* filename)
     std::error_code ec;
     std::filesystem::path absolute = std::filesystem::absolute(filename, ec);
     const std::string directory = ec ? std::string(".") : absolute.lexically_normal().parent_path().string();
+    // The database as the OpenFlight format means it, unless QETZFLT_CLASSIC asks (set to
+    // anything but "0") for exactly what convertFrom gives.
+    const char* classic = std::getenv("QETZFLT_CLASSIC");
+    const bool asAuthored = !classic || !*classic || std::strcmp(classic, "0") == 0;
     SoInput::addDirectoryFirst(directory.c_str());
-    SoSeparator* root = convertFrom(filename);
+    SoSeparator* root = asAuthored ? qetzfltConvert(filename, QETZFLT_BUILD_AS_AUTHORED) : convertFrom(filename);
     SoInput::removeDirectory(directory.c_str());
     if (!root) return FALSE;
     root->ref();

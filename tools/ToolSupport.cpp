@@ -44,8 +44,9 @@ Arguments parseArguments(int argc, char** argv, int first, const std::vector<std
         const std::string a = argv[i];
         if (a == "-h" || a == "--help") {
             args.help = true;
-        } else if (a == "--no-log") {
-            // Every command takes it: the log of its conversion keeps the parse progress only.
+        } else if (a == "--no-log" || a == "--classic") {
+            // Every command takes them: the log of its conversion keeps the parse progress
+            // only; the conversion is the classic one.
             args.flags.insert(a);
         } else if (known(valueOptions, a)) {
             if (i + 1 >= argc) {
@@ -89,8 +90,10 @@ Conversion::~Conversion()
     if (root) root->unref();
 }
 
-bool Conversion::run(const std::string& path, bool echo, bool dump)
+bool Conversion::run(const std::string& path, bool echo, const Arguments& args)
 {
+    const bool dump = !args.has("--no-log");
+    classic = args.has("--classic");
     QetzFltLibrary* library = loadLibrary();
     if (!library) return false;
     if (!fs::is_regular_file(path)) {
@@ -101,6 +104,7 @@ bool Conversion::run(const std::string& path, bool echo, bool dump)
     SoInput::addDirectoryFirst(directory.c_str());
     SoSeparator* converted =
         library->convertWithOptions ? convertWithOptions(*library, path, echo, dump) : convertPlain(*library, path, echo);
+    if (!library->convertWithOptions) classic = true;
     SoInput::removeDirectory(directory.c_str());
     if (!converted) {
         std::cerr << "qetzflt: " << path << ": conversion failed\n";
@@ -119,7 +123,8 @@ SoSeparator* Conversion::convertWithOptions(QetzFltLibrary& library, const std::
 {
     // The library's opening line on standard output is not the tool's output.
     const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | (echo ? 0u : unsigned(QETZFLT_NO_ECHO)) |
-                                 (dump ? unsigned(QETZFLT_LOG_FILE) : unsigned(QETZFLT_LOG_NO_DUMP));
+                                 (dump ? unsigned(QETZFLT_LOG_FILE) : unsigned(QETZFLT_LOG_NO_DUMP)) |
+                                 (classic ? unsigned(QETZFLT_BUILD_CLASSIC) : unsigned(QETZFLT_BUILD_AS_AUTHORED));
     SoSeparator* converted = library.convertWithOptions(path.c_str(), options);
     if (library.lastMessageCount && library.lastMessageText && library.lastMessageLevel) {
         for (int i = 0; i < library.lastMessageCount(); ++i) {

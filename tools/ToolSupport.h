@@ -53,16 +53,18 @@ public:
     Conversion(const Conversion&) = delete;
     Conversion& operator=(const Conversion&) = delete;
 
-    // Converts with the database's directory first on Coin's search path, so that its
-    // textures load whatever the working directory. With echo false, the console's echo
-    // on standard error is held back (the messages are still collected); without dump, the
-    // log keeps the parse progress only. False, with a message on standard error, when the
-    // file is missing or the conversion was refused.
-    bool run(const std::string& path, bool echo, bool dump);
+    // Converts as the arguments say (--classic: the classic conversion, else as-authored;
+    // --no-log: the log keeps the parse progress only), with the database's directory first
+    // on Coin's search path, so that its textures load whatever the working directory. With
+    // echo false, the console's echo on standard error is held back (the messages are still
+    // collected). False, with a message on standard error, when the file is missing or the
+    // conversion was refused.
+    bool run(const std::string& path, bool echo, const Arguments& args);
 
     SoSeparator* root = nullptr;
     std::vector<ConsoleMessage> messages;
     std::string directory;  // the database's directory, absolute
+    bool classic = false;   // which conversion ran
 
 private:
     SoSeparator* convertWithOptions(QetzFltLibrary& library, const std::string& path, bool echo, bool dump);

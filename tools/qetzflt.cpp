@@ -28,8 +28,10 @@ const char* const kMainUsage =
     "  stats IN.flt                                              write and print the record statistics (IN.flt.stat)\n"
     "  render IN.flt -o OUT.png [--size WxH] [--view iso|top|front]   draw the scene into a PNG picture\n"
     "\n"
-    "Run 'qetzflt <command> --help' for the options of a command. Every command takes --no-log:\n"
-    "the library's log next to the input (IN.flt.log) then keeps the parse progress but no record dump.\n"
+    "Run 'qetzflt <command> --help' for the options of a command. The commands that convert draw\n"
+    "the database as the OpenFlight format means it; --classic gives exactly the classic conversion\n"
+    "(what convertFrom returns). Every command takes --no-log: the library's log next to the input\n"
+    "(IN.flt.log) then keeps the parse progress but no record dump.\n"
     "Exit status: 0 success, 1 refused or failed conversion, 2 bad usage.\n";
 
 }  // namespace

@@ -163,6 +163,7 @@ TEST_F(ToolTest, convert_writesInventorOrVrmlAndTheLibrarysLog)
 TEST_F(ToolTest, convert_textureNamesResolveFromTheOutputFile)
 {
     const std::string input = write("in/db.flt", smallDatabase());
+    write("in/tex/a.rgb", "image");
     ASSERT_EQ(runTool({"convert", input, "-o", dir.file("out/deep/db.iv")}).status, 0);
     EXPECT_TRUE(contains(readFile(dir.file("out/deep/db.iv")), "filename \"../../in/tex/a.rgb\""));
     // Written beside the input, the name stays as the database gives it.
@@ -177,15 +178,21 @@ TEST_F(ToolTest, convert_textureNamesResolveFromTheOutputFile)
 TEST_F(ToolTest, info_reportsHeaderRecordsSceneAndTree)
 {
     const std::string input = write("db.flt", smallDatabase());
+    write("tex/a.rgb", "image");
     const RunResult r = runTool({"info", input});
     ASSERT_EQ(r.status, 0) << r.err;
     for (const char* line : {"name: small\n", "format revision: 1570\n", "units: feet\n", "packed colour mode: yes\n",
                              "records: 23\n", "     2  GROUP RECORD                             1\n",
-                             "    10  PUSH LEVEL RECORD                        5\n", "  faces: 2\n",
-                             "  triangles: 2\n", "  vertices: 4\n", "  textures: 1\n", "messages: none\n",
+                             "    10  PUSH LEVEL RECORD                        5\n", "conversion: as-authored\n",
+                             "  faces: 2\n", "  triangles: 2\n", "  vertices: 6\n", "  textures: 1\n",
+                             "messages: none\n",
                              // Feet scaled to metres by the root: 4 ft = 1.2192 m.
                              "bounding box: (0, 0, 0) to (1.2192, 0.6096, 0.3048)\n"})
         EXPECT_TRUE(contains(r.out, line)) << line << r.out;
+    // The classic conversion shares the four vertices among its faces.
+    const std::string classic = runTool({"info", input, "--classic"}).out;
+    EXPECT_TRUE(contains(classic, "conversion: classic\n"));
+    EXPECT_TRUE(contains(classic, "  vertices: 4\n")) << classic;
     EXPECT_FALSE(contains(r.out, "tree:"));
     // The library's own progress lines are not the tool's output.
     EXPECT_FALSE(contains(r.out, "Success in opening file"));
