@@ -50,14 +50,6 @@ private:
     // The material of a mesh: one value when its colours are all alike, else one per polygon
     // or per vertex with their binding.
     SoNode* material(const FltSceneMesh& mesh, const FltSceneAppearance& appearance);
-    SoNode* shared(SoNode*& slot, SoNode* made)
-    {
-        if (!slot) {
-            slot = made;
-            slot->ref();
-        }
-        return slot;
-    }
 
     const FltScene& scene_;
     std::vector<SoNode*> nodes_;
@@ -182,9 +174,13 @@ SoSeparator* SceneToInventor::mesh(const FltSceneMesh& m)
     if (polygons) hints->faceType = SoShapeHints::UNKNOWN_FACE_TYPE;
     separator->addChild(hints);
     if (!a.lit) {
-        auto* model = new SoLightModel;
-        model->model = SoLightModel::BASE_COLOR;
-        separator->addChild(shared(unlit_, model));
+        if (!unlit_) {
+            auto* model = new SoLightModel;
+            model->model = SoLightModel::BASE_COLOR;
+            unlit_ = model;
+            unlit_->ref();
+        }
+        separator->addChild(unlit_);
     }
 
     separator->addChild(material(m, a));
