@@ -1,8 +1,8 @@
 // libFuzzer target: arbitrary bytes through the whole conversion, as a host calls it.
 //
 // Each input is written as db.flt into a scratch directory and converted as a host would,
-// with the log and its dump but nothing on the standard streams: parse, dump, walk,
-// geometry and nodes. The same bytes also stand as ref.flt beside it, so that
+// with the log and its dump but nothing on the standard streams, by both builders: parse,
+// dump, walks, geometry, scenes and nodes. The same bytes also stand as ref.flt beside it, so that
 // external references of the input ("ref.flt", "./db.flt", ...) resolve inside the scratch
 // directory, to itself included: reference cycles are exercised too.
 #include <Inventor/SoDB.h>
@@ -63,8 +63,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     writeBytes(scratch.db, data, size);
     writeBytes(scratch.ref, data, size);
     // The console's echo and the library's lines on standard output would drown the fuzzer's.
-    SoSeparator* root = qetzfltConvert(scratch.db.c_str(), QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_NO_ECHO);
-    if (root) {
+    for (unsigned int builder : {QETZFLT_BUILD_CLASSIC, QETZFLT_BUILD_AS_AUTHORED}) {
+        SoSeparator* root = qetzfltConvert(scratch.db.c_str(), QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_NO_ECHO | builder);
+        if (!root) continue;
         if (root->getRefCount() == 0) root->ref();
         root->unref();
     }

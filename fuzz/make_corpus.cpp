@@ -69,6 +69,23 @@ int main(int argc, char** argv)
     nodes.instanceReference(1).externalReference("ref.flt").externalReference("./db.flt");
     nodes.text("label").push().pop().pop().save(dir + "/nodes.flt");
 
+    // Faces of each light mode and draw type, and a mesh of every primitive type.
+    FltFixture modes;
+    modes.header().vertexPalette();
+    std::vector<int32_t> corners;
+    for (int i = 0; i < 3; ++i) corners.push_back(modes.vertexColor(i, i % 2, 0));
+    modes.push();
+    for (uint8_t mode = 0; mode < 4; ++mode) {
+        FltFaceSpec face;
+        face.lightMode = mode;
+        face.drawType = static_cast<int8_t>(mode % 2);
+        face.primaryColorIndex = 5 * 128 + 100;
+        modes.face(face).translationMatrix(1, 0, 0).push().vertexList(corners).pop();
+    }
+    modes.mesh(FltFaceSpec(), {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}},
+               {{1, {0, 1, 2, 3}}, {2, {0, 1, 2, 3}}, {3, {0, 1, 3, 2}}, {4, {0, 1, 2, 3}}});
+    modes.pop().save(dir + "/modes-and-mesh.flt");
+
     // A revision 13 face over old vertex records (opcode 9, with texture coordinates).
     FltFixture old;
     old.header(1300).push().object("old").push().face().push();

@@ -97,6 +97,8 @@ private:
 // Options of a face record (opcode 5, 80 bytes).
 struct FltFaceSpec {
     std::string id = "f";
+    int8_t drawType = 0;   // 0 solid culled, 1 solid two-sided
+    uint8_t lightMode = 0;  // 0 flat, 1 vertex colours, 2 lit, 3 lit vertex colours
     int32_t flags = 0;
     uint16_t colorNameIndex = 0;
     int16_t texturePatternIndex = -1;
@@ -168,17 +170,52 @@ public:
     {
         FltRecordBytes r(5, 80);
         r.chars(4, spec.id, 8)
+            .i8(18, spec.drawType)
             .i8(19, spec.textureWhite)
             .u16(20, spec.colorNameIndex)
             .i16(28, spec.texturePatternIndex)
             .i16(30, spec.materialIndex)
             .u16(40, spec.transparency)
             .i32(44, spec.flags)
+            .u8(48, spec.lightMode)
             .abgr(56, spec.packed[0], spec.packed[1], spec.packed[2], spec.packed[3])
             .i16(64, -1)
             .i32(68, spec.primaryColorIndex)
             .i32(72, spec.alternateColorIndex);
         return add(r);
+    }
+    // Mesh, opcode 84, 84 bytes: a face's fields 4 bytes further on. Then its local vertex
+    // pool of positions (each corner given as x, y, z) with normal (0, 0, 1), a push level,
+    // its primitives (1 strip, 2 fan, 3 quadrilateral strip, 4 polygon) and a pop level.
+    FltFixture& mesh(const FltFaceSpec& spec, const std::vector<std::vector<double>>& positions,
+                     const std::vector<std::pair<int16_t, std::vector<uint32_t>>>& primitives)
+    {
+        FltRecordBytes m(84, 84);
+        m.chars(4, spec.id, 8)
+            .i8(22, spec.drawType)
+            .i8(23, spec.textureWhite)
+            .i16(32, spec.texturePatternIndex)
+            .i16(34, spec.materialIndex)
+            .u16(44, spec.transparency)
+            .i32(48, spec.flags)
+            .u8(52, spec.lightMode)
+            .abgr(60, spec.packed[0], spec.packed[1], spec.packed[2], spec.packed[3])
+            .i32(72, spec.primaryColorIndex);
+        add(m);
+        FltRecordBytes pool(85, 12 + 36 * positions.size());
+        pool.u32(4, static_cast<uint32_t>(positions.size())).u32(8, 0x90000000u);
+        for (size_t v = 0; v < positions.size(); ++v) {
+            for (size_t c = 0; c < 3 && c < positions[v].size(); ++c) pool.f64(12 + 36 * v + 8 * c, positions[v][c]);
+            pool.f32(12 + 36 * v + 32, 1.0f);
+        }
+        add(pool).push();
+        for (const auto& [type, indices] : primitives) {
+            FltRecordBytes p(86, 12 + 4 * indices.size());
+            p.i16(4, type).u16(6, 4).u32(8, static_cast<uint32_t>(indices.size()));
+            for (size_t i = 0; i < indices.size(); ++i) p.u32(12 + 4 * i, indices[i]);
+            add(p);
+        }
+        return pop();
     }
     FltFixture& vertexList(std::initializer_list<int32_t> offsets) { return vertexList(std::vector<int32_t>(offsets)); }
     FltFixture& vertexList(const std::vector<int32_t>& offsets)

@@ -7,42 +7,14 @@
 
 #include "ConvertSupport.h"
 #include "convert/FltClassicColors.h"
-#include "convert/FltPalettes.h"
 #include "reader/FltOpcode.h"
-#include "reader/FltRecordColorPalette.h"
 #include "reader/FltRecordFace.h"
-#include "reader/FltRecordMaterial.h"
 #include "reader/FltRecordVertex.h"
 
 namespace {
 
 constexpr int32_t kNoColor = 0x40000000;
 constexpr int32_t kPackedColor = 0x10000000;
-
-// The palettes a parse of these bytes fills, in file order, and its records.
-struct Palettes {
-    explicit Palettes(FltFixture& db) : parsed(db.bytes())
-    {
-        parsed.parser.setDumpStream(nullptr);
-        parsed.parser.setProgressStream(nullptr);
-        parsed.parser.run();
-        for (const FltRecord* r : parsed.parser.records) {
-            if (const auto* colors = fltRecordCast<FltRecordColorPalette>(r)) palettes.setColorPalette(*colors);
-            if (const auto* old = fltRecordCast<FltRecordOLDMaterialPalette>(r)) palettes.setOldMaterials(*old);
-            if (const auto* material = fltRecordCast<FltRecordMaterial>(r)) palettes.setMaterial(*material);
-        }
-    }
-    // The n-th record of an opcode, as T.
-    template <class T>
-    const T& nth(int opcode, int n = 0)
-    {
-        for (const FltRecord* r : parsed.parser.records)
-            if (r->getOpcode() == opcode && n-- == 0) return *fltRecordCast<T>(r);
-        throw std::runtime_error("no such record");
-    }
-    ParsedBytes parsed;
-    FltPalettes palettes;
-};
 
 // A colour palette whose entry 5 is (0.4, 0.6, 1.0) and a material 2 of diffuse
 // (0.5, 0.25, 1.0), half that ambient, shininess 64 of 128 and alpha 0.25; then `empty`
@@ -138,7 +110,7 @@ TEST(ClassicColors, eachColourAndMaterialCaseGivesItsFaceEntry)
     };
     for (const Case& k : cases) {
         FltFixture db = faceDatabase(k.face.spec, k.face.version.formatRevision, k.face.empty);
-        Palettes p(db);
+        ParsedPalettes p(db);
         const FltFaceMaterialEntry e = fltClassicFaceMaterial(p.nth<FltRecordFace>(FltOpcode::Face), p.palettes,
                                                                k.face.version, k.face.objectTransparency);
         ASSERT_TRUE(e.set) << k.what;
@@ -154,7 +126,7 @@ TEST(ClassicColors, eachColourAndMaterialCaseGivesItsFaceEntry)
     FltFaceSpec bad;
     bad.primaryColorIndex = -1;
     FltFixture badDb = faceDatabase(bad, 1570);
-    Palettes badParse(badDb);
+    ParsedPalettes badParse(badDb);
     const auto& face = badParse.nth<FltRecordFace>(FltOpcode::Face);
     EXPECT_FALSE(fltClassicFaceMaterial(face, badParse.palettes, FltVersion{1570, false}, 0).set);
 }
@@ -192,7 +164,7 @@ TEST(ClassicColors, vertexColoursFollowFlagsPackedColoursAndIndices)
         s.vertexColorIndex = row.index;
         row.richest ? db.vertexColorNormalUv(s) : db.vertexColor(s);
     }
-    Palettes p(db);
+    ParsedPalettes p(db);
     int n[2] = {0, 0};
     for (const Row& row : rows) {
         const int opcode = row.richest ? FltOpcode::VertexColorNormalUv : FltOpcode::VertexColor;

@@ -15,7 +15,10 @@
 #include "MemoryInput.h"
 #include "QetzFlt/QetzFlt.h"
 #include "convert/FltConversion.h"
+#include "convert/FltPalettes.h"
 #include "convert/FltToInventor.h"
+#include "reader/FltRecordColorPalette.h"
+#include "reader/FltRecordMaterial.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 
 // One conversion of a fixture: the root (released at the end), what went to standard
@@ -80,11 +83,37 @@ private:
     }
 };
 
+// The palettes a parse of these bytes fills, in file order, and its records.
+struct ParsedPalettes {
+    explicit ParsedPalettes(FltFixture& db) : parsed(db.bytes())
+    {
+        parsed.parser.setDumpStream(nullptr);
+        parsed.parser.setProgressStream(nullptr);
+        parsed.parser.run();
+        for (const FltRecord* r : parsed.parser.records) {
+            if (const auto* colors = fltRecordCast<FltRecordColorPalette>(r)) palettes.setColorPalette(*colors);
+            if (const auto* old = fltRecordCast<FltRecordOLDMaterialPalette>(r)) palettes.setOldMaterials(*old);
+            if (const auto* material = fltRecordCast<FltRecordMaterial>(r)) palettes.setMaterial(*material);
+        }
+    }
+    // The n-th record of an opcode, as T.
+    template <class T>
+    const T& nth(int opcode, int n = 0)
+    {
+        for (const FltRecord* r : parsed.parser.records)
+            if (r->getOpcode() == opcode && n-- == 0) return *fltRecordCast<T>(r);
+        throw std::runtime_error("no such record");
+    }
+    ParsedBytes parsed;
+    FltPalettes palettes;
+};
+
 // A conversion of a fixture held alive after its walk with its classic builder, so that a
 // test can ask what the walk left; the database has no log.
 class HeldConversion {
 public:
-    explicit HeldConversion(FltFixture& db) : input(db.bytes()), conversion(std::in_place, input, FltConversionOptions())
+    explicit HeldConversion(FltFixture& db, const FltConversionOptions& options = FltConversionOptions())
+        : input(db.bytes()), conversion(std::in_place, input, options)
     {
         SoDB::init();
         root = new SoSeparator;
@@ -103,6 +132,11 @@ public:
     HeldConversion& operator=(const HeldConversion&) = delete;
 
     FltToInventor& builder() { return static_cast<FltToInventor&>(*conversion->getBuilder()); }
+    template <class Builder>
+    Builder& builderAs()
+    {
+        return static_cast<Builder&>(*conversion->getBuilder());
+    }
     // Ends the run and its builder, which release what they held.
     void end() { conversion.reset(); }
 
