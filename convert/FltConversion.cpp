@@ -101,8 +101,11 @@ void FltConversion::setUp()
     parser_.setInput(input_);
     parser_.ownsInput = false;
     parser_.setProgressStream(logged_ ? log_ : nullptr);
-    // One writer pads every record to 8 bytes; the format's drawing takes that as it comes.
-    parser_.setReportPaddedControlRecords(options_.builder == FltConversionOptions::Builder::Classic);
+    // One writer pads every record to 8 bytes; the format's drawing takes that as it comes,
+    // and reads the mesh records, which the parse keeps short, from the file where they lie.
+    const bool asAuthored = options_.builder == FltConversionOptions::Builder::AsAuthored;
+    parser_.setReportPaddedControlRecords(!asAuthored);
+    parser_.records.keepOffsets(asAuthored);
     parser_.setDumpStream(logged_ && options_.log == FltConversionOptions::Log::File ? log_ : nullptr);
 }
 

@@ -46,6 +46,11 @@ public:
 
 private:
     SoNode* node(int index);
+    bool isEmpty(int index) const
+    {
+        const FltSceneNode& n = scene_.nodes[static_cast<size_t>(index)];
+        return n.meshes.empty() && n.children.empty() && !n.reference;
+    }
     SoSeparator* mesh(const FltSceneMesh& mesh);
     // The material of a mesh: one value when its colours are all alike, else one per polygon
     // or per vertex with their binding.
@@ -91,8 +96,12 @@ void SceneToInventor::fill(SoSeparator* separator, int index)
     }
     for (int m : n.meshes) content->addChild(mesh(scene_.meshes[static_cast<size_t>(m)]));
     for (size_t c = 0; c < n.children.size(); ++c) {
+        const bool onOff = n.kind == FltSceneNode::Kind::Switch;
+        // A node with nothing to draw needs no node of its own, but under a switch, whose
+        // children count.
+        if (!onOff && isEmpty(n.children[c])) continue;
         SoNode* child = node(n.children[c]);
-        if (n.kind == FltSceneNode::Kind::Switch) {
+        if (onOff) {
             auto* wrapper = new SoSwitch;
             wrapper->whichChild = c < n.childOn.size() && n.childOn[c] ? SO_SWITCH_ALL : SO_SWITCH_NONE;
             wrapper->addChild(child);

@@ -9,7 +9,7 @@ void FltRecordStore::add(FltRecord* record, uint64_t offset)
     if (!record) return;
     records_.back() = record;
     records_.push_back(nullptr);
-    offsets_.push_back(offset);
+    if (keepOffsets_) offsets_.push_back(offset);
 }
 
 void FltRecordStore::clear()

@@ -25,6 +25,8 @@ public:
 
     // Adds a record that starts at this byte offset of the file.
     void add(FltRecord* record, uint64_t offset = 0);
+    // Whether the store keeps each record's byte offset (8 bytes a record; off by default).
+    void keepOffsets(bool keep) { keepOffsets_ = keep; }
     // Frees every record.
     void clear();
 
@@ -40,7 +42,8 @@ public:
 
     // The first record of a walk over the array and its null end marker.
     FltRecordIterator walk() { return records_.begin(); }
-    // The byte offset in the file of the record a walk stands on (0 on the end marker).
+    // The byte offset in the file of the record a walk stands on (0 on the end marker, or
+    // when offsets are not kept).
     uint64_t offsetAt(FltRecordIterator it) const
     {
         const size_t i = static_cast<size_t>(it - records_.begin());
@@ -49,7 +52,8 @@ public:
 
 private:
     std::vector<FltRecord*> records_;  // the records, then the null end marker
-    std::vector<uint64_t> offsets_;    // where each record starts in the file
+    std::vector<uint64_t> offsets_;    // where each record starts in the file, when kept
+    bool keepOffsets_ = false;
 };
 
 // Moves a walk one record on, never past the end marker.

@@ -51,8 +51,9 @@ SbBool SoFLTFileKit::readFile(const char* filename)
     SoSeparator* root = asAuthored ? qetzfltConvert(filename, QETZFLT_BUILD_AS_AUTHORED) : convertFrom(filename);
     SoInput::removeDirectory(directory.c_str());
     if (!root) return FALSE;
+    // A refused database comes back with no reference.
+    const bool converted = root->getRefCount() > 0;
     root->ref();
-    const bool converted = root->getNumChildren() > 0;
     if (converted) setAnyPart("topSeparator", root);
     root->unref();
     return converted ? TRUE : FALSE;

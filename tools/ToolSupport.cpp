@@ -110,9 +110,11 @@ bool Conversion::run(const std::string& path, bool echo, const Arguments& args)
         std::cerr << "qetzflt: " << path << ": conversion failed\n";
         return false;
     }
+    // A refused database comes back with no reference (and nothing under it).
+    const bool refused = converted->getRefCount() == 0;
     converted->ref();
     root = converted;
-    if (root->getNumChildren() == 0) {
+    if (refused) {
         std::cerr << "qetzflt: " << path << ": not converted (not an OpenFlight database, or refused)\n";
         return false;
     }

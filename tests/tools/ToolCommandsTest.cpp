@@ -117,9 +117,13 @@ TEST_F(ToolTest, truncatedDatabase_keepsWhatCameBeforeTheDamageAndSaysSo)
     FltFixture db;
     db.header(1570).push().group("g1").add(FltRecordBytes(2, 44).declaredLength(400));
     const std::string input = write("cut.flt", db.bytes());
-    const RunResult converted = runTool({"convert", input});
-    EXPECT_EQ(converted.status, 0) << converted.err;
-    EXPECT_TRUE(contains(converted.err, "ERROR")) << converted.err;
+    for (const char* mode : {"--classic", "--no-log"}) {
+        const RunResult converted = runTool({"convert", input, mode});
+        EXPECT_EQ(converted.status, 0) << converted.err;
+        EXPECT_TRUE(contains(converted.err, "ERROR")) << converted.err;
+    }
+    // The empty group stands in the classic scene; as authored it draws nothing.
+    ASSERT_EQ(runTool({"convert", input, "--classic"}).status, 0);
     EXPECT_TRUE(contains(readFile(dir.file("cut.iv")), "DEF g1 "));
 
     const RunResult info = runTool({"info", input});
