@@ -174,7 +174,7 @@ void FltAuthoredBuilder::visitRecord(FltRecordIterator& it)
     }
     switch (category) {
     case FltCategory::Primary: visitPrimary(it); break;
-    case FltCategory::Control: visitControl(record); break;
+    case FltCategory::Control: visitControl(record, context_.records.offsetAt(it)); break;
     case FltCategory::Palette: visitPalette(record); break;
     case FltCategory::Ancillary: visitAncillary(it); break;
     case FltCategory::Unknown: break;
@@ -313,10 +313,11 @@ void FltAuthoredBuilder::visitPrimary(FltRecordIterator& it)
     attach(lastNode_);
 }
 
-void FltAuthoredBuilder::visitControl(const FltRecord* record)
+void FltAuthoredBuilder::visitControl(const FltRecord* record, uint64_t offset)
 {
+    const std::string where = " (byte offset " + std::to_string(offset) + ")";
     switch (record->getOpcode()) {
-    case FltOpcode::PushLevel: pushLevel(); return;
+    case FltOpcode::PushLevel: pushLevel(offset); return;
     case FltOpcode::PopLevel: popLevel(); return;
     case FltOpcode::InstanceDefinition: {
         const auto* definition = fltRecordCast<FltRecordInstanceDefinition>(record);
@@ -333,12 +334,12 @@ void FltAuthoredBuilder::visitControl(const FltRecord* record)
         // Only a closed definition can be shown: one still open would contain itself.
         for (const Level& level : stack_)
             if (level.node == instance) {
-                warn("WARNING ! Instance reference " + std::to_string(reference->instanceDefinitionNumber) +
+                warn("WARNING ! Instance reference " + std::to_string(reference->instanceDefinitionNumber) + where +
                      " stands inside its own definition: not drawn there");
                 return;
             }
         if (context_.startDepth + static_cast<int>(stack_.size()) + 1 + nodeHeight_[instance] > kMaxDepth) {
-            warn("WARNING ! Instance reference " + std::to_string(reference->instanceDefinitionNumber) +
+            warn("WARNING ! Instance reference " + std::to_string(reference->instanceDefinitionNumber) + where +
                  " would nest the hierarchy more than " + std::to_string(kMaxDepth) + " levels deep: not drawn there");
             return;
         }
@@ -349,7 +350,7 @@ void FltAuthoredBuilder::visitControl(const FltRecord* record)
     }
 }
 
-void FltAuthoredBuilder::pushLevel()
+void FltAuthoredBuilder::pushLevel(uint64_t offset)
 {
     if (lastFace_ >= 0) {
         stack_.push_back({top(), lastFace_});
@@ -363,7 +364,8 @@ void FltAuthoredBuilder::pushLevel()
         if (!depthReported_) {
             depthReported_ = true;
             warn("WARNING ! The hierarchy is nested more than " + std::to_string(kMaxDepth) +
-                 " levels deep: the deeper levels are drawn at that depth");
+                 " levels deep at the push level at byte offset " + std::to_string(offset) +
+                 ": the deeper levels are drawn at that depth");
         }
         opened = top();
     }

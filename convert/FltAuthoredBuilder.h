@@ -77,13 +77,13 @@ private:
 
     void visitRecord(FltRecordIterator& it);
     void visitPrimary(FltRecordIterator& it);
-    void visitControl(const FltRecord* record);
+    void visitControl(const FltRecord* record, uint64_t offset);
     void visitPalette(const FltRecord* record);
     void visitAncillary(FltRecordIterator& it);
     int addNode(FltSceneNode::Kind kind, const char* name);
     void attach(int child);
     int top() const;
-    void pushLevel();
+    void pushLevel(uint64_t offset);
     void popLevel();
     void beginFace(const FltDrawFields& fields, FltRecordIterator& it, bool mesh);
     void finishFace(int face);
