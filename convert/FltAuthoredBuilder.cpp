@@ -315,7 +315,7 @@ void FltAuthoredBuilder::visitPrimary(FltRecordIterator& it)
 
 void FltAuthoredBuilder::visitControl(const FltRecord* record, uint64_t offset)
 {
-    const std::string where = " (byte offset " + std::to_string(offset) + ")";
+    auto where = [offset] { return " (byte offset " + std::to_string(offset) + ")"; };
     switch (record->getOpcode()) {
     case FltOpcode::PushLevel: pushLevel(offset); return;
     case FltOpcode::PopLevel: popLevel(); return;
@@ -334,12 +334,12 @@ void FltAuthoredBuilder::visitControl(const FltRecord* record, uint64_t offset)
         // Only a closed definition can be shown: one still open would contain itself.
         for (const Level& level : stack_)
             if (level.node == instance) {
-                warn("WARNING ! Instance reference " + std::to_string(reference->instanceDefinitionNumber) + where +
+                warn("WARNING ! Instance reference " + std::to_string(reference->instanceDefinitionNumber) + where() +
                      " stands inside its own definition: not drawn there");
                 return;
             }
         if (context_.startDepth + static_cast<int>(stack_.size()) + 1 + nodeHeight_[instance] > kMaxDepth) {
-            warn("WARNING ! Instance reference " + std::to_string(reference->instanceDefinitionNumber) + where +
+            warn("WARNING ! Instance reference " + std::to_string(reference->instanceDefinitionNumber) + where() +
                  " would nest the hierarchy more than " + std::to_string(kMaxDepth) + " levels deep: not drawn there");
             return;
         }
@@ -388,7 +388,12 @@ void FltAuthoredBuilder::popLevel()
 
 void FltAuthoredBuilder::visitPalette(const FltRecord* record)
 {
-    switch (record->getOpcode()) {
+    const int opcode = record->getOpcode();
+    // A palette given again changes the look of the faces after it.
+    if (opcode == FltOpcode::ColorPalette || opcode == FltOpcode::MaterialPalette ||
+        opcode == FltOpcode::OldMaterialPalette || opcode == FltOpcode::TexturePattern)
+        haveLastLook_ = false;
+    switch (opcode) {
     case FltOpcode::ColorPalette:
         if (const auto* colors = fltRecordCast<FltRecordColorPalette>(record)) palettes_.setColorPalette(*colors);
         return;
