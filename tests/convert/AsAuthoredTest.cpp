@@ -6,6 +6,7 @@
 
 #include <Inventor/nodes/SoIndexedFaceSet.h>
 #include <Inventor/nodes/SoLightModel.h>
+#include <Inventor/nodes/SoShapeHints.h>
 #include <Inventor/nodes/SoTexture2.h>
 
 #include <algorithm>
@@ -210,6 +211,24 @@ TEST(AsAuthored, facesBecomeMeshesByAppearanceMovedByTheMatricesAfterThem)
     ASSERT_EQ(vertexColoured.colors.size(), 12u);  // a colour per vertex: the vertices' red
     EXPECT_FLOAT_EQ(vertexColoured.colors[0], 1.0f);
     EXPECT_FLOAT_EQ(vertexColoured.colors[1], 0.0f);
+}
+
+TEST(AsAuthored, drawType0CullsBackFacesAndDrawType1DrawsBothSidesAsTheyAre)
+{
+    FltFixture db = palettes();
+    Geometry g(db);
+    FltFaceSpec culled, twoSided;
+    twoSided.drawType = 1;
+    db.push();
+    g.triangle(culled);
+    g.triangle(twoSided);
+    HeldConversion held(db.pop(), asAuthored());
+    std::vector<std::pair<int, int>> hints;
+    for (SoShapeHints* h : findAll<SoShapeHints>(held.root))
+        hints.emplace_back(h->vertexOrdering.getValue(), h->shapeType.getValue());
+    EXPECT_EQ(hints, (std::vector<std::pair<int, int>>{
+                         {SoShapeHints::COUNTERCLOCKWISE, SoShapeHints::SOLID},
+                         {SoShapeHints::UNKNOWN_ORDERING, SoShapeHints::UNKNOWN_SHAPE_TYPE}}));
 }
 
 TEST(AsAuthored, meshPrimitivesBecomePolygons)
