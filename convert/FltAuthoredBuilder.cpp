@@ -47,14 +47,7 @@ const char* bytesOf(FltInput& input, const FltRecordStore& records, FltRecordIte
 
 float unitScaleOf(const FltRecordHeader& header)
 {
-    double factor = 1.0;
-    switch (header.vertexCoordinateUnits) {
-    case 1: factor = 1000.0; break;
-    case 4: factor = 0.3048; break;
-    case 5: factor = 0.0254; break;
-    case 8: factor = 1852.0; break;
-    default: break;
-    }
+    double factor = header.metresPerUnit();
     // Old files carry a unit multiplier (positive) or divisor (negative); 0 means none.
     if (header.formatRevisionLevel < 13 && header.multiplierDiviserUnit != 0) {
         const int m = header.multiplierDiviserUnit;
@@ -193,6 +186,20 @@ int FltAuthoredBuilder::addNode(FltSceneNode::Kind kind, const char* name)
     return index;
 }
 
+template <class Lod>
+int FltAuthoredBuilder::addLevelOfDetail(const Lod* lod)
+{
+    const int index = addNode(FltSceneNode::Kind::LevelOfDetail, lod ? lod->idASCII : nullptr);
+    if (!lod) return index;
+    FltSceneNode& node = scene_->nodes[index];
+    node.lodNear = static_cast<float>(lod->switchOutDistance);
+    node.lodFar = static_cast<float>(lod->switchInDistance);
+    node.lodCenter[0] = static_cast<float>(lod->XcenterCoordinate);
+    node.lodCenter[1] = static_cast<float>(lod->YcenterCoordinate);
+    node.lodCenter[2] = static_cast<float>(lod->ZcenterCoordinate);
+    return index;
+}
+
 void FltAuthoredBuilder::attach(int child)
 {
     const int parent = top();
@@ -222,32 +229,12 @@ void FltAuthoredBuilder::visitPrimary(FltRecordIterator& it)
         if (object) nodeTransparency_[lastNode_] = object->transparency;
         break;
     }
-    case FltOpcode::Lod: {
-        const auto* lod = fltRecordCast<FltRecordLOD>(record);
-        lastNode_ = addNode(FltSceneNode::Kind::LevelOfDetail, lod ? lod->idASCII : nullptr);
-        if (lod) {
-            FltSceneNode& node = scene_->nodes[lastNode_];
-            node.lodNear = static_cast<float>(lod->switchOutDistance);
-            node.lodFar = static_cast<float>(lod->switchInDistance);
-            node.lodCenter[0] = static_cast<float>(lod->XcenterCoordinate);
-            node.lodCenter[1] = static_cast<float>(lod->YcenterCoordinate);
-            node.lodCenter[2] = static_cast<float>(lod->ZcenterCoordinate);
-        }
+    case FltOpcode::Lod:
+        lastNode_ = addLevelOfDetail(fltRecordCast<FltRecordLOD>(record));
         break;
-    }
-    case FltOpcode::OldLod: {
-        const auto* lod = fltRecordCast<FltRecordOLDLOD>(record);
-        lastNode_ = addNode(FltSceneNode::Kind::LevelOfDetail, lod ? lod->idASCII : nullptr);
-        if (lod) {
-            FltSceneNode& node = scene_->nodes[lastNode_];
-            node.lodNear = static_cast<float>(lod->switchOutDistance);
-            node.lodFar = static_cast<float>(lod->switchInDistance);
-            node.lodCenter[0] = static_cast<float>(lod->XcenterCoordinate);
-            node.lodCenter[1] = static_cast<float>(lod->YcenterCoordinate);
-            node.lodCenter[2] = static_cast<float>(lod->ZcenterCoordinate);
-        }
+    case FltOpcode::OldLod:
+        lastNode_ = addLevelOfDetail(fltRecordCast<FltRecordOLDLOD>(record));
         break;
-    }
     case FltOpcode::Switch: {
         const auto* sw = fltRecordCast<FltRecordSwitch>(record);
         lastNode_ = addNode(FltSceneNode::Kind::Switch, sw ? sw->idASCII : nullptr);

@@ -81,6 +81,9 @@ private:
     void visitPalette(const FltRecord* record);
     void visitAncillary(FltRecordIterator& it);
     int addNode(FltSceneNode::Kind kind, const char* name);
+    // A level of detail from a current or an old record.
+    template <class Lod>
+    int addLevelOfDetail(const Lod* lod);
     void attach(int child);
     int top() const;
     void pushLevel(uint64_t offset);

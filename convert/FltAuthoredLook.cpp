@@ -27,36 +27,31 @@ FltRgba packedRgb(const uint8_t abgr[4])
 
 }  // namespace
 
-FltDrawFields FltDrawFields::of(const FltRecordFace& face)
+namespace {
+
+// Faces and meshes name their drawing fields alike.
+template <class Record>
+FltDrawFields drawFieldsOf(const Record& r)
 {
     FltDrawFields f;
-    f.drawType = face.drawType;
-    f.textureWhite = face.textureWhite != 0;
-    f.texturePattern = face.texturePatternIndex;
-    f.material = face.materialIndex;
-    f.transparency = face.transparency;
-    f.flags = static_cast<uint32_t>(face.flags);
-    f.lightMode = face.lightMode;
-    std::copy(face.packedColor, face.packedColor + 4, f.packedColor);
-    // Before 15.0 the decoder gives the colour name index here.
-    f.colorIndex = static_cast<uint32_t>(face.primaryColorIndex);
+    f.drawType = r.drawType;
+    f.textureWhite = r.textureWhite != 0;
+    f.texturePattern = r.texturePatternIndex;
+    f.material = r.materialIndex;
+    f.transparency = r.transparency;
+    f.flags = static_cast<uint32_t>(r.flags);
+    f.lightMode = r.lightMode;
+    std::copy(r.packedColor, r.packedColor + 4, f.packedColor);
+    // Before 15.0 the face decoder gives the colour name index here.
+    f.colorIndex = static_cast<uint32_t>(r.primaryColorIndex);
     return f;
 }
 
-FltDrawFields FltDrawFields::of(const FltMeshFields& mesh)
-{
-    FltDrawFields f;
-    f.drawType = mesh.drawType;
-    f.textureWhite = mesh.textureWhite != 0;
-    f.texturePattern = mesh.texturePatternIndex;
-    f.material = mesh.materialIndex;
-    f.transparency = mesh.transparency;
-    f.flags = static_cast<uint32_t>(mesh.flags);
-    f.lightMode = mesh.lightMode;
-    std::copy(mesh.packedColor, mesh.packedColor + 4, f.packedColor);
-    f.colorIndex = static_cast<uint32_t>(mesh.primaryColorIndex);
-    return f;
-}
+}  // namespace
+
+FltDrawFields FltDrawFields::of(const FltRecordFace& face) { return drawFieldsOf(face); }
+
+FltDrawFields FltDrawFields::of(const FltMeshFields& mesh) { return drawFieldsOf(mesh); }
 
 FltRgba fltIndexedColor(const FltPalettes& palettes, uint32_t index, int formatRevision)
 {

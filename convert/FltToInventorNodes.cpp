@@ -26,15 +26,7 @@
 
 void FltToInventor::addHeaderNodes(const FltRecordHeader& header)
 {
-    double factor = 1.0;
-    switch (header.vertexCoordinateUnits) {
-    case 0: factor = 1.0; break;
-    case 1: factor = 1000.0; break;
-    case 4: factor = 0.3048; break;
-    case 5: factor = 0.0254; break;
-    case 8: factor = 1852.0; break;
-    default: factor = 1.0; break;
-    }
+    double factor = header.metresPerUnit();
     if (header.formatRevisionLevel < 13) {
         // Old files carry a unit multiplier (positive) or divisor (negative); 0 collapses the
         // geometry, as the format's readers always did.

@@ -20,6 +20,18 @@ public:
     int32_t getFormatRevisionLevel() const { return formatRevisionLevel; }
     int32_t getFlags() const { return flags; }
     uint8_t getVertexCoordinateUnits() const { return vertexCoordinateUnits; }
+    // Metres in one unit of the vertex coordinates (codes 0 metres, 1 kilometres, 4 feet,
+    // 5 inches, 8 nautical miles; any other code reads as metres).
+    double metresPerUnit() const
+    {
+        switch (vertexCoordinateUnits) {
+        case 1: return 1000.0;
+        case 4: return 0.3048;
+        case 5: return 0.0254;
+        case 8: return 1852.0;
+        default: return 1.0;
+        }
+    }
     int16_t getMultiplierDiviserUnit() const { return multiplierDiviserUnit; }
     bool isPackedColorMode() const { return (static_cast<uint32_t>(flags) & 0x40000000u) != 0; }
 

@@ -82,15 +82,6 @@ size_t polygons(const FltScene& scene)
     return n;
 }
 
-// The polygons of the face sets under a root (each closed by -1).
-int drawnPolygons(SoNode* root)
-{
-    int n = 0;
-    for (SoIndexedFaceSet* set : findAll<SoIndexedFaceSet>(root))
-        for (int i = 0; i < set->coordIndex.getNum(); ++i) n += set->coordIndex[i] == -1;
-    return n;
-}
-
 // A database file converted as authored, with nothing on the standard streams.
 struct AuthoredFile {
     explicit AuthoredFile(const std::string& path)
@@ -337,7 +328,7 @@ TEST(AsAuthored, texturesAndReferencesAreFoundBesideTheDatabaseThatNamesThem)
     std::sort(files.begin(), files.end());
     files.erase(std::unique(files.begin(), files.end()), files.end());
     EXPECT_EQ(files, (std::vector<std::string>{dir.file("parts/brick.rgb"), dir.file("parts/maps/wood.rgb")}));
-    EXPECT_EQ(drawnPolygons(converted.root), 4);
+    EXPECT_EQ(facesInFaceSets(converted.root), 4);
     ASSERT_EQ(converted.messages.size(), 1u);
     EXPECT_NE(converted.messages[0].find("Texture pattern 2 names gone.rgb"), std::string::npos);
     EXPECT_EQ(converted.levels[0], 2);
@@ -372,7 +363,7 @@ TEST(RealDatabases, everyPublicDatabaseDrawsItsFacesAsAuthored)
         int faces = 0;
         for (const FltRecord* record : parsed.parser.records) faces += record->getOpcode() == FltOpcode::Face;
         // Every face is drawn, but those whose vertex lists name no vertex (one file has such).
-        EXPECT_GE(drawnPolygons(converted.root), faces * 9 / 10);
+        EXPECT_GE(facesInFaceSets(converted.root), faces * 9 / 10);
     }
     EXPECT_EQ(databases, 26);
 }

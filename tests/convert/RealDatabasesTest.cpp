@@ -29,15 +29,6 @@ int faceRecords(const std::string& bytes)
     return faces;
 }
 
-// The faces held by every face set of a scene (each face is closed by -1).
-int facesInFaceSets(SoNode* root)
-{
-    int faces = 0;
-    for (SoIndexedFaceSet* set : findAll<SoIndexedFaceSet>(root))
-        for (int i = 0; i < set->coordIndex.getNum(); ++i) faces += set->coordIndex[i] == -1;
-    return faces;
-}
-
 std::vector<std::string> databasesWithoutReferences(const std::string& data)
 {
     return {data + "/osg/scene-15.7.flt", data + "/osg/scene-16.1.flt", data + "/osg/spider-15.7.flt",

@@ -4,6 +4,7 @@
 #include <Inventor/SoDB.h>
 #include <Inventor/actions/SoSearchAction.h>
 #include <Inventor/nodes/SoGroup.h>
+#include <Inventor/nodes/SoIndexedFaceSet.h>
 #include <Inventor/nodes/SoSeparator.h>
 
 #include <optional>
@@ -211,6 +212,15 @@ constexpr int kHeaderChildren = 3;
 
 // A child of the root after the header's nodes, by position.
 inline SoNode* hierarchyChild(const Converted& c, int index) { return childAs<SoNode>(c.root, kHeaderChildren + index); }
+
+// The polygons of the face sets under a node (each closed by -1).
+inline int facesInFaceSets(SoNode* root)
+{
+    int faces = 0;
+    for (SoIndexedFaceSet* set : findAll<SoIndexedFaceSet>(root))
+        for (int i = 0; i < set->coordIndex.getNum(); ++i) faces += set->coordIndex[i] == -1;
+    return faces;
+}
 
 // A subtree as text: each node as its type, then ":name" when it has one, then its children
 // in brackets, e.g. "Separator:g[Separator:a Switch:w[Separator:b] Info]".
