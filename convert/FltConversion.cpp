@@ -196,9 +196,9 @@ std::shared_ptr<const FltScene> FltConversion::nestedScene(FltInput& input, int 
     return builder->walk();
 }
 
-void FltConversion::writeStatistics()
+bool FltConversion::writeStatistics()
 {
-    if (!input_ || !input_->getFileName()) return;
+    if (!input_ || !input_->getFileName()) return false;
     FltStatisticsTool tool;
     const std::string fileName = input_->getFileName();
     tool.setFltFile(fileName.c_str());
@@ -206,4 +206,5 @@ void FltConversion::writeStatistics()
     tool.makeEmptyFile();
     for (const FltRecord* record : parser_.records) tool.countRecord(record->getOpcode());
     tool.makeStatistics();
+    return tool.wasWritten();
 }

@@ -69,8 +69,8 @@ public:
     std::ostream& getLog() { return *log_; }
     FltSceneBuilder* getBuilder() const { return builder_.get(); }
     // Writes the per-opcode record counts of the parsed records next to the input (its file
-    // name followed by ".stat").
-    void writeStatistics();
+    // name followed by ".stat"); false when the file could not be written (with a message).
+    bool writeStatistics();
 
 private:
     // A nested run on a referenced database.

@@ -297,7 +297,7 @@ void FltObjectToSoSeparator::addFltFaceMaterialToSoMaterial(const FltRecordFace*
 {
     const FltFaceMaterialEntry e = fltClassicFaceMaterial(*face, context.palettes, context.version, objectTransparency);
     if (!e.set) {
-        context.log << "bad color index" << "\n";
+        context.log << "bad color index\n";
         return;
     }
     material.setColors(entry, e.ambient, e.diffuse, e.specular, e.emissive, e.shininess);

@@ -95,8 +95,7 @@ int qetzfltWriteStatistics(const char* path)
     try {
         FltConversion conversion(path, quiet());
         if (!conversion.getInput()->isInFlowCreated() || conversion.getParser().run() != 0) return 1;
-        conversion.writeStatistics();
-        return 0;
+        return conversion.writeStatistics() ? 0 : 2;
     } catch (...) {
         return 1;
     }

@@ -2,13 +2,14 @@
 // where the process's standard output is pointed at a log.
 //
 // A classic conversion sends standard output to its log while it runs, as the established
-// converter did: whatever the host writes there meanwhile lands in the log too. The stream
-// buffer that standard output is pointed at is the process's own and is never freed, and
-// every write into a log takes one process-wide lock, so that a thread writing to standard
-// output while a conversion opens or closes its log can neither crash nor tear a line.
+// converter did: whatever the host writes there meanwhile lands in the log too. Standard
+// output is pointed once at a stream buffer of the process's own, never freed, which
+// passes writes to the log of the conversion running, or else where standard output went
+// before; every write into a log takes one process-wide lock. So a thread writing to
+// standard output while conversions come and go can neither crash nor tear a line, and
+// standard output is never swapped under it.
 #pragma once
 
-#include <fstream>
 #include <memory>
 #include <ostream>
 #include <streambuf>
@@ -16,10 +17,11 @@
 
 class FltLogFile {
 public:
-    // Opens the file, emptied. A file that cannot be opened gives a stream that writes
-    // nothing, without a message.
+    // Opens the file, emptied, as fltOpenOwnFile does. A file that is something else (a
+    // link, a pipe, a folder...) is not touched: no log, and a level-2 message names it. A
+    // file that merely cannot be written gives a stream that writes nothing, silently.
     explicit FltLogFile(const std::string& path);
-    // Points standard output back where it was, if this log took it, and closes the file.
+    // Stops passing standard output here, if this log took it, and closes the file.
     ~FltLogFile();
     FltLogFile(const FltLogFile&) = delete;
     FltLogFile& operator=(const FltLogFile&) = delete;
@@ -28,22 +30,32 @@ public:
     // Until this log closes, what is written to standard output goes into it.
     void takeStandardOutput();
 
-private:
-    // Forwards every write to the file under the process-wide lock.
-    class LockedFile : public std::streambuf {
+    // The buffer of a log: the descriptor and a large area, every write under the lock.
+    class Buffer : public std::streambuf {
     public:
-        std::filebuf file;
+        explicit Buffer(int fd);
+        ~Buffer() override;
+        Buffer(const Buffer&) = delete;
+        Buffer& operator=(const Buffer&) = delete;
+        bool isOpen() const { return fd_ >= 0; }
+        // With the lock held.
+        void putLocked(const char* s, size_t n);
+        bool flushLocked();
+        void closeLocked();
 
     protected:
         int overflow(int c) override;
         std::streamsize xsputn(const char* s, std::streamsize n) override;
         int sync() override;
+
+    private:
+        int fd_;
+        std::unique_ptr<char[]> area_;
+        size_t used_ = 0;
     };
 
-    // A log holds about ten bytes of text per byte of database.
-    static constexpr std::streamsize kBufferSize = 1 << 20;
-    std::unique_ptr<char[]> buffer_;
-    LockedFile locked_;
+private:
+    Buffer buffer_;
     std::ostream stream_;
     bool tookStandardOutput_ = false;
 };

@@ -4,6 +4,9 @@
 #include <cstring>
 #include <string>
 
+#include <unistd.h>
+
+#include "diagnostics/FltOwnFile.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 
 namespace {
@@ -16,10 +19,26 @@ char* copyOf(const char* text)
     return copy;
 }
 
-void reportUnopened(const char* name)
+void reportUnopened(const char* name, const std::string& refusal)
 {
+    if (!refusal.empty()) {
+        FltWarningMessageConsole::notifyMessage(
+            std::string("WARNING ! The statistics file ") + name + " is " + refusal + ": not written", 2, true);
+        return;
+    }
     FltWarningMessageConsole::notifyMessage(
         std::string("ERROR ! Cannot open the statistics file ") + (name ? name : "(no name)"), 3, true);
+}
+
+// The statistics file, emptied or to append to, opened as nothing else than a file of ours.
+FILE* openStatistics(const char* name, bool append)
+{
+    std::string refusal;
+    const int fd = name ? fltOpenOwnFile(name, append, refusal) : -1;
+    FILE* file = fd >= 0 ? fdopen(fd, append ? "at" : "wt") : nullptr;
+    if (!file && fd >= 0) close(fd);
+    if (!file) reportUnopened(name, refusal);
+    return file;
 }
 }  // namespace
 
@@ -44,12 +63,7 @@ void FltStatisticsTool::setStatFile(const char* name)
 
 void FltStatisticsTool::makeEmptyFile()
 {
-    FILE* file = statFileName ? std::fopen(statFileName, "wt") : nullptr;
-    if (!file) {
-        reportUnopened(statFileName);
-        return;
-    }
-    std::fclose(file);
+    if (FILE* file = openStatistics(statFileName, false)) std::fclose(file);
 }
 
 bool FltStatisticsTool::isOutputFileEmpty()
@@ -72,13 +86,11 @@ void FltStatisticsTool::writeFltStatisticsHeader()
 
 void FltStatisticsTool::makeStatistics()
 {
-    output = statFileName ? std::fopen(statFileName, "at") : nullptr;
-    if (!output) {
-        reportUnopened(statFileName);
-        return;
-    }
+    written = false;
+    output = openStatistics(statFileName, true);
+    if (!output) return;
     if (isOutputFileEmpty()) writeFltStatisticsHeader();
     for (const auto& [opcode, count] : counts) std::fprintf(output, " \n Opcode %d:  %d ", opcode, count);
-    std::fclose(output);
+    written = std::fclose(output) == 0;
     output = nullptr;
 }

@@ -23,6 +23,8 @@ public:
     void writeFltStatisticsHeader();
     // Appends the header (to an empty file) and one line per opcode counted, ascending.
     void makeStatistics();
+    // Whether the last makeStatistics could write the file.
+    bool wasWritten() const { return written; }
 
     const std::map<int, int>& getCounts() const { return counts; }
 
@@ -31,4 +33,5 @@ private:
     char* fltFileName = nullptr;
     char* statFileName = nullptr;
     FILE* output = nullptr;
+    bool written = false;
 };

@@ -54,15 +54,16 @@ FltFileInput::FltFileInput(const char* path, std::ostream* progress, std::ostrea
         if (!file) ::close(fd);
     }
     if (!file) {
-        if (errors) *errors << "Error in opening file: " << fileName << "\n";
+        if (errors) *errors << std::string("Error in opening file: ") + fileName + "\n";
         return;
     }
 
-    if (progress) *progress << "\n" << "Success in opening file: " << fileName << "\n";
+    // In one write: it may go into a log that another thread writes to as well.
+    if (progress) *progress << std::string("\nSuccess in opening file: ") + fileName + "\n";
     calculFileSize();
     buffer = new (std::nothrow) char[size ? size : 1];
     if (!buffer) {
-        if (errors) *errors << "Error in reading file: " << fileName << "\n";
+        if (errors) *errors << std::string("Error in reading file: ") + fileName + "\n";
         size = 0;
     } else {
         // A short read keeps only the bytes that arrived, so nothing uninitialised is parsed.

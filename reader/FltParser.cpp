@@ -180,8 +180,9 @@ int FltParser::run()
                 creationVisitor->formatRevision = first->formatRevisionLevel;
                 creationVisitor->rgbMode = first->isPackedColorMode();
                 if (progress) {
-                    *progress << "OpenFlight file version: " << creationVisitor->formatRevision << "\n";
-                    *progress << "RGB mode: " << (creationVisitor->rgbMode ? "true" : "false") << "\n";
+                    // Each line in one write: another thread's lines may land in the same log.
+                    *progress << "OpenFlight file version: " + std::to_string(creationVisitor->formatRevision) + "\n";
+                    *progress << std::string("RGB mode: ") + (creationVisitor->rgbMode ? "true" : "false") + "\n";
                 }
             }
         }

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs the whole test suite twice: a normal build and
 # an AddressSanitizer + UndefinedBehaviorSanitizer build; then the suite and the real
-# databases under Valgrind's memcheck, and the fuzz target for one minute.
+# databases under Valgrind's memcheck, the threaded tests under ThreadSanitizer, and the
+# fuzz target for one minute.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup-packages.sh cmake make g++ pkg-config libcoin-dev libgtest-dev libpng-dev libx11-dev libgl-dev libglx-dev \
@@ -17,5 +18,6 @@ cmake --build build-sanitize -j "$jobs"
 (cd build-sanitize && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
    ctest --output-on-failure -j "$jobs")
 scripts/memcheck.sh
+scripts/tsan.sh
 fuzz/run.sh 60
-echo "All tests passed (normal, sanitizer and memcheck runs; one minute of fuzzing found nothing)."
+echo "All tests passed (normal, sanitizer, memcheck and thread-sanitizer runs; one minute of fuzzing found nothing)."

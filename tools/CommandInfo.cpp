@@ -288,7 +288,16 @@ int commandStats(int argc, char** argv)
         return kFailed;
     }
     const std::string statFile = input + ".stat";
-    if (library->writeStatistics(input.c_str()) != 0 || !fs::is_regular_file(statFile)) {
+    const int written = library->writeStatistics(input.c_str());
+    if (written == 2) {
+        // Read, but the file cannot be written: the library's messages say why.
+        std::cerr << "qetzflt stats: " << statFile << " not written";
+        if (library->lastMessageCount && library->lastMessageText && library->lastMessageCount() > 0)
+            std::cerr << ": " << library->lastMessageText(library->lastMessageCount() - 1);
+        std::cerr << "\n";
+        return kFailed;
+    }
+    if (written != 0 || !fs::is_regular_file(statFile)) {
         std::cerr << "qetzflt stats: " << input << ": not an OpenFlight database, no statistics written\n";
         return kFailed;
     }

@@ -94,7 +94,8 @@ typedef void (*QetzfltFactFunction)(void* user, const char* key, const char* val
 int qetzfltInspect(const char* path, QetzfltFactFunction fact, void* user);
 
 /* Writes PATH.stat, the record counts by opcode. 0 when written, 1 when the database could
- * not be parsed. Writes nothing to standard output or error. */
+ * not be parsed, 2 when the file could not be written (the messages say why). Writes
+ * nothing to standard output or error. */
 int qetzfltWriteStatistics(const char* path);
 
 /* Every message the process has been given, oldest first (see qetzfltLastMessageText). */

@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <thread>
 
 #include "ConvertSupport.h"
 
@@ -181,40 +180,4 @@ TEST(ConversionRun, aFileIsADatabaseWhenItBeginsWithAHeaderRecord)
             writeFile(path, row.bytes);
         EXPECT_EQ(qetzfltIsDatabase(path.c_str()), row.database) << n;
     }
-}
-
-TEST(ConversionRun, conversionsFromSeveralThreadsTakeTurnsAndEachLogHoldsItsOwnDatabase)
-{
-    // Each conversion points standard output at its log while it runs: threads take turns.
-    FltFixture db;
-    db.header().push().group("g1").push().pop().pop();
-    ScratchDir dir;
-    std::vector<std::string> paths;
-    for (int t = 0; t < 3; ++t) {
-        paths.push_back(dir.file("t" + std::to_string(t) + ".flt"));
-        db.save(paths.back());
-    }
-    SoDB::init();
-    CaptureStream out(std::cout), err(std::cerr);
-    // The scenes are released after the threads end: the scene graph library itself does
-    // not guard its nodes against threads.
-    std::vector<std::vector<SoSeparator*>> roots(paths.size());
-    std::vector<std::thread> threads;
-    for (size_t t = 0; t < paths.size(); ++t)
-        threads.emplace_back([&roots, &paths, t] {
-            for (int i = 0; i < 10; ++i) roots[t].push_back(qetzfltConvert(paths[t].c_str(), QETZFLT_NO_STANDARD_OUTPUT));
-        });
-    for (std::thread& thread : threads) thread.join();
-    for (const auto& converted : roots) {
-        ASSERT_EQ(converted.size(), 10u);
-        for (SoSeparator* root : converted) {
-            ASSERT_NE(root, nullptr);
-            EXPECT_GT(root->getNumChildren(), 0);
-            root->unref();
-        }
-    }
-    const std::string first = readFile(paths[0] + ".log");
-    EXPECT_NE(first.find("\n GROUP RECORD \n"), std::string::npos);
-    for (const std::string& path : paths) EXPECT_EQ(readFile(path + ".log"), first);
-    EXPECT_EQ(out.text(), "");
 }

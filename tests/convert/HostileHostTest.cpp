@@ -1,0 +1,123 @@
+// What a careless host or a shared folder can do to a conversion: threads converting and
+// writing to standard output at once, logs and statistics files that are links, pipes,
+// folders or other names of a file.
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <sstream>
+#include <thread>
+
+#include "ConvertSupport.h"
+
+namespace fs = std::filesystem;
+
+TEST(HostileHost, twoConvertingThreadsAndAWriterToStandardOutputLoseNothing)
+{
+    // Conversions take turns; each points standard output at its log while it runs, so
+    // what the writer writes meanwhile lands in that log, and the rest where standard output
+    // went. Nothing may crash, tear a line or be lost: 200 conversions of 200 files keep
+    // 200 logs to count in.
+    FltFixture db;
+    db.header().push().group("g1").push().pop().pop();
+    ScratchDir dir;
+    constexpr int kConversions = 100;
+    for (int t = 0; t < 2; ++t)
+        for (int i = 0; i < kConversions; ++i) db.save(dir.file(std::to_string(t) + "-" + std::to_string(i) + ".flt"));
+    SoDB::init();
+    CaptureStream out(std::cout), err(std::cerr);
+    // The scenes are released after the threads end: Coin does not guard its nodes.
+    std::vector<SoSeparator*> roots[2];
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 2; ++t)
+        threads.emplace_back([&roots, &dir, t] {
+            for (int i = 0; i < kConversions; ++i) {
+                const std::string path = dir.file(std::to_string(t) + "-" + std::to_string(i) + ".flt");
+                roots[t].push_back(qetzfltConvert(path.c_str(), QETZFLT_NO_STANDARD_OUTPUT));
+            }
+        });
+    constexpr int kLines = 3000;
+    threads.emplace_back([] {
+        for (int i = 0; i < kLines; ++i) {
+            const std::string line = "host line " + std::to_string(i) + "\n";
+            std::cout.write(line.data(), static_cast<std::streamsize>(line.size()));
+        }
+    });
+    for (std::thread& thread : threads) thread.join();
+    std::string everything = out.text();
+    for (int t = 0; t < 2; ++t) {
+        ASSERT_EQ(roots[t].size(), size_t(kConversions));
+        for (int i = 0; i < kConversions; ++i) {
+            ASSERT_NE(roots[t][i], nullptr);
+            EXPECT_EQ(roots[t][i]->getRefCount(), 1);
+            roots[t][i]->unref();
+            const std::string log = readFile(dir.file(std::to_string(t) + "-" + std::to_string(i) + ".flt.log"));
+            EXPECT_NE(log.find("beginning of parsing\n"), std::string::npos);
+            EXPECT_NE(log.find("\n GROUP RECORD \n"), std::string::npos);
+            everything += log;
+        }
+    }
+    // Every line arrived whole, once, between the library's own.
+    std::vector<bool> seen(kLines, false);
+    std::istringstream lines(everything);
+    for (std::string line; std::getline(lines, line);) {
+        const size_t at = line.find("host line ");
+        if (at == std::string::npos) continue;
+        ASSERT_EQ(at, 0u) << line;
+        const int n = std::stoi(line.substr(10));
+        ASSERT_TRUE(n >= 0 && n < kLines && !seen[n]) << line;
+        seen[n] = true;
+    }
+    EXPECT_EQ(std::count(seen.begin(), seen.end(), true), kLines);
+}
+
+TEST(HostileHost, logAndStatisticsFilesAreNeverWrittenThroughLinksPipesOrOtherNames)
+{
+    FltFixture db;
+    db.header().push().group("g1").push().pop().pop();
+    const struct {
+        const char* what;
+        const char* kind;  // in the message
+    } cases[] = {{"link to a file of the user", "a symbolic link"},
+                 {"link to the database itself", "a symbolic link"},
+                 {"dangling link", "a symbolic link"},
+                 {"named pipe", "a named pipe"},
+                 {"folder", "a folder"},
+                 {"hard link to a file of the user", "a file with other names"}};
+    for (const char* suffix : {".log", ".stat"}) {
+        for (const auto& k : cases) {
+            ScratchDir dir;
+            const std::string path = dir.file("db.flt"), file = path + suffix, victim = dir.file("victim");
+            db.save(path);
+            writeFile(victim, "the user's own");
+            const std::string what = std::string(k.what) + " as " + suffix;
+            if (std::string(k.what) == "link to a file of the user") fs::create_symlink(victim, file);
+            if (std::string(k.what) == "link to the database itself") fs::create_symlink(path, file);
+            if (std::string(k.what) == "dangling link") fs::create_symlink(dir.file("nowhere"), file);
+            if (std::string(k.what) == "named pipe") {
+                ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+            }
+            if (std::string(k.what) == "folder") fs::create_directory(file);
+            if (std::string(k.what) == "hard link to a file of the user") fs::create_hard_link(victim, file);
+            CaptureStream out(std::cout), err(std::cerr);
+            if (std::string(suffix) == ".log") {  // converted, the log refused
+                SoSeparator* root = qetzfltConvert(path.c_str(), QETZFLT_NO_ECHO);
+                ASSERT_NE(root, nullptr) << what;
+                EXPECT_EQ(root->getRefCount(), 1) << what;  // the conversion goes on
+                root->unref();
+            } else {  // read, the statistics refused
+                EXPECT_EQ(qetzfltWriteStatistics(path.c_str()), 2) << what;
+            }
+            ASSERT_GE(qetzfltLastMessageCount(), 1) << what;
+            const std::string message = qetzfltLastMessageText(qetzfltLastMessageCount() - 1);
+            EXPECT_NE(message.find(file + " is " + k.kind), std::string::npos) << what << ": " << message;
+            EXPECT_EQ(qetzfltLastMessageLevel(qetzfltLastMessageCount() - 1), 2) << what;
+            EXPECT_EQ(readFile(victim), "the user's own") << what;
+            EXPECT_EQ(readFile(path), db.bytes()) << what;
+            EXPECT_FALSE(fs::exists(dir.file("nowhere"))) << what;
+        }
+    }
+}
