@@ -121,3 +121,25 @@ TEST(HostileHost, logAndStatisticsFilesAreNeverWrittenThroughLinksPipesOrOtherNa
         }
     }
 }
+
+TEST(HostileHost, texturesThatAreNamedPipesOrDevicesAreNeverRead)
+{
+    // Reading an image from a pipe nobody writes, or from an idle terminal, would wait for
+    // ever inside the scene graph library: the classic names stay, their images unread.
+    ScratchDir dir;
+    const std::string pipe = dir.file("pipe.rgb");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    FltFixture db;
+    db.header().texturePattern(0, pipe).texturePattern(1, "/dev/stdin").push().pop();
+    const std::string path = dir.file("db.flt");
+    db.save(path);
+    for (unsigned int builder : {QETZFLT_BUILD_CLASSIC, QETZFLT_BUILD_AS_AUTHORED}) {
+        SoSeparator* root = qetzfltConvert(path.c_str(), builder | QETZFLT_LOG_NONE | QETZFLT_NO_ECHO);
+        ASSERT_NE(root, nullptr);
+        root->unref();
+        ASSERT_EQ(qetzfltLastMessageCount(), builder == QETZFLT_BUILD_CLASSIC ? 2 : 0) << builder;
+        if (builder == QETZFLT_BUILD_CLASSIC) {
+            EXPECT_NE(std::string(qetzfltLastMessageText(0)).find(pipe + ", a named pipe or a device"), std::string::npos);
+        }
+    }
+}
