@@ -139,6 +139,7 @@ private:
     FltNodeStack nodes;
     bool vertexPaletteFlushed = false;
     bool packedColorMode = false;
+    int headersVisited = 0;
 
     SoLabel* minRangeLimitLabel = nullptr;
     SoLabel* maxRangeLimitLabel = nullptr;

@@ -184,8 +184,9 @@ void FltToInventor::visitGroup(const FltRecordGroup* group, FltRecordIterator& i
 void FltToInventor::visitHeader(const FltRecordHeader* header)
 {
     if (!header) return;
-    // This reference is never given back: the caller receives the root with a count of 1.
-    result->ref();
+    // This reference is never given back: the caller receives the root with a count of 1,
+    // or 2 from a file of two headers; a flood of headers takes no more.
+    if (++headersVisited <= 2) result->ref();
     result->setName("root");
     nodes.setLastPrimary(result);
     addHeaderNodes(*header);

@@ -189,8 +189,8 @@ void Flt_15_7_CreationVisitor::visitFltRawData(FltRecord*& out, const FltRawData
             FltWarningMessageConsole::notifyMessage("WARNING ! this ControlRecord hasn t the correct length !", 1,
                                                     false);
         lastRecordMissing = record->decodeFrom(raw->data, raw->data ? raw->length : 0);
-        if (lastRecordMissing > 0 && shortAsUnknown && raw->opcode != 1) {
-            // A header keeps its type: the parse and the conversion take the revision from it.
+        if (lastRecordMissing > 0 && shortAsUnknown) {
+            // Headers too: the first, whose revision the parse takes, comes before the limit.
             delete record;
             record = new FltRecordUnknown(static_cast<int16_t>(raw->opcode), raw->length);
             record->decodeFrom(raw->data, raw->data ? raw->length : 0);
