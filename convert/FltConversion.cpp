@@ -95,6 +95,8 @@ FltConversion::FltConversion(FltInput& input, FltConversion& parent)
 
 FltConversion::~FltConversion() = default;
 
+std::unique_lock<std::recursive_mutex> FltConversion::takeTurn() { return std::unique_lock<std::recursive_mutex>(conversionTurn()); }
+
 void FltConversion::setUp()
 {
     // The input stays the run's or the caller's: the parser only reads it.

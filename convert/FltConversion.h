@@ -72,6 +72,10 @@ public:
     // name followed by ".stat"); false when the file could not be written (with a message).
     bool writeStatistics();
 
+    // The process-wide turn that conversions take, for entry points that read or change
+    // what conversions write (the console's messages).
+    static std::unique_lock<std::recursive_mutex> takeTurn();
+
 private:
     // A nested run on a referenced database.
     FltConversion(FltInput& input, FltConversion& parent);

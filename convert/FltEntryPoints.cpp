@@ -90,18 +90,34 @@ int qetzfltLastMessageLevel(int index)
     return message ? message->getLevel() : 0;
 }
 
-int qetzfltMessageCount(void) { return static_cast<int>(FltWarningMessageConsole::getMessages().size()); }
+// The process's list grows only inside a conversion's turn, so reading it in one is safe.
+int qetzfltMessageCount(void)
+{
+    auto turn = FltConversion::takeTurn();
+    return static_cast<int>(FltWarningMessageConsole::getMessages().size());
+}
 
 const char* qetzfltMessageText(int index)
 {
+    auto turn = FltConversion::takeTurn();
     const FltWarningMessage* message = processMessage(index);
     return message ? message->getMessage() : nullptr;
 }
 
 int qetzfltMessageLevel(int index)
 {
+    auto turn = FltConversion::takeTurn();
     const FltWarningMessage* message = processMessage(index);
     return message ? message->getLevel() : 0;
+}
+
+void qetzfltClearMessages(void)
+{
+    try {
+        auto turn = FltConversion::takeTurn();
+        FltWarningMessageConsole::clearMessages();
+    } catch (...) {
+    }
 }
 
 int qetzfltIsDatabase(const char* path)

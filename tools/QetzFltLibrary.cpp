@@ -58,6 +58,7 @@ QetzFltLibrary::QetzFltLibrary()
     find(messageCount, "qetzfltMessageCount");
     find(messageText, "qetzfltMessageText");
     find(messageLevel, "qetzfltMessageLevel");
+    find(clearMessages, "qetzfltClearMessages");
     if (!convertFrom) error_ = path_ + " does not export convertFrom";
 }
 

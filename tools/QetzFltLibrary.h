@@ -32,6 +32,7 @@ public:
     decltype(&::qetzfltMessageCount) messageCount = nullptr;
     decltype(&::qetzfltMessageText) messageText = nullptr;
     decltype(&::qetzfltMessageLevel) messageLevel = nullptr;
+    decltype(&::qetzfltClearMessages) clearMessages = nullptr;
 
 private:
     void* handle_ = nullptr;

@@ -134,6 +134,8 @@ SoSeparator* Conversion::convertWithOptions(QetzFltLibrary& library, const std::
             messages.push_back({text ? text : "", library.lastMessageLevel(i)});
         }
     }
+    // The tool keeps its own copy: a batch must not grow the library's list without end.
+    if (library.clearMessages) library.clearMessages();
     return converted;
 }
 

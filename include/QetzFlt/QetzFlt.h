@@ -98,10 +98,14 @@ int qetzfltInspect(const char* path, QetzfltFactFunction fact, void* user);
  * nothing to standard output or error. */
 int qetzfltWriteStatistics(const char* path);
 
-/* Every message the process has been given, oldest first (see qetzfltLastMessageText). */
+/* Every message the process has been given since it last cleared them, oldest first (see
+ * qetzfltLastMessageText); a text stays valid until the next conversion or clearing. */
 int qetzfltMessageCount(void);
 const char* qetzfltMessageText(int index);
 int qetzfltMessageLevel(int index);
+/* Empties the process's list, which otherwise grows with every conversion; the messages of
+ * each thread's last conversion stay. */
+void qetzfltClearMessages(void);
 
 #ifdef __cplusplus
 }

@@ -160,6 +160,13 @@ TEST(ConversionRun, optionsWordChoosesTheLogAndWhatReachesTheStandardStreams)
     }
     EXPECT_EQ(qetzfltConvert("", QETZFLT_LOG_NONE), nullptr);
     EXPECT_EQ(qetzfltLastMessageCount(), 1);
+    // A host empties the process's list; the last conversion's messages stay.
+    EXPECT_GE(qetzfltMessageCount(), 8);
+    EXPECT_STREQ(qetzfltMessageText(0), qetzfltMessageText(0));
+    qetzfltClearMessages();
+    EXPECT_EQ(qetzfltMessageCount(), 0);
+    EXPECT_EQ(qetzfltMessageText(0), nullptr);
+    EXPECT_EQ(qetzfltLastMessageCount(), 1);
 }
 
 TEST(ConversionRun, aFileIsADatabaseWhenItBeginsWithAHeaderRecord)

@@ -23,7 +23,8 @@ TEST(EntryPoints, loaderFindsTheThreeFunctionsByTheirPlainNames)
     EXPECT_EQ(product(), product());
     for (const char* name : {"qetzfltConvert", "qetzfltLastMessageCount", "qetzfltLastMessageText",
                              "qetzfltLastMessageLevel", "qetzfltIsDatabase", "qetzfltInspect", "qetzfltWriteStatistics",
-                             "qetzfltMessageCount", "qetzfltMessageText", "qetzfltMessageLevel"})
+                             "qetzfltMessageCount", "qetzfltMessageText", "qetzfltMessageLevel",
+                             "qetzfltClearMessages"})
         EXPECT_NE(dlsym(handle, name), nullptr) << name;
     dlclose(handle);
 }
