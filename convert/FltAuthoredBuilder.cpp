@@ -260,14 +260,19 @@ void FltAuthoredBuilder::visitPrimary(FltRecordIterator& it)
             FltWarningMessageConsole::notifyMessage("ERROR! CAN'T RESOLVE EXTERNAL REFERENCE: " + name, 3, true);
             return;
         }
-        FltFileInput input(path.c_str(), &context_.log, &context_.errors);
-        const std::string key = input.getFileName();
+        // A shared or refused file is opened only for the log's line, and not read again.
+        const std::string key = FltFileInput::nameOf(path.c_str());
         auto converted = references_.find(key);
         if (converted != references_.end()) {
+            FltFileInput::announce(path.c_str(), &context_.log, &context_.errors);
             scene_->nodes[lastNode_].reference = converted->second;
             return;
         }
-        if (!context_.references.admit(key, name)) return;
+        if (!context_.references.admit(key, name)) {
+            FltFileInput::announce(path.c_str(), &context_.log, &context_.errors);
+            return;
+        }
+        FltFileInput input(path.c_str(), &context_.log, &context_.errors);
         FltReferenceChain::Link link(context_.references, key);
         const int depth = context_.startDepth + static_cast<int>(stack_.size()) + 1;
         std::shared_ptr<const FltScene> nested = context_.sceneOfReference(input, depth);

@@ -17,6 +17,7 @@
 #include "diagnostics/FltLogFile.h"
 #include "diagnostics/FltStatisticsTool.h"
 #include "reader/FltCreationVisitor.h"
+#include "reader/FltDump.h"
 #include "reader/FltFileInput.h"
 #include "reader/FltRecord.h"
 
@@ -74,6 +75,8 @@ FltConversion::FltConversion(const std::string& path, const FltConversionOptions
         if (options_.builder == FltConversionOptions::Builder::Classic) logFile_->takeStandardOutput();
     }
     references_ = std::make_shared<FltReferenceChain>(input_->getFileName());
+    logBudget_ = std::make_shared<FltLogBudget>(FltLogBudget::kBytesPerFileByte, FltLogBudget::kMarginBytes,
+                                                FltDump::bytesWritten());
     setUp();
 }
 
@@ -83,12 +86,14 @@ FltConversion::FltConversion(FltInput& input, const FltConversionOptions& option
     messages_.emplace(options_.echo);
     if (options_.echo) errors_ = &std::cerr;
     references_ = std::make_shared<FltReferenceChain>(input_->getFileName());
+    logBudget_ = std::make_shared<FltLogBudget>(FltLogBudget::kBytesPerFileByte, FltLogBudget::kMarginBytes,
+                                                FltDump::bytesWritten());
     setUp();
 }
 
 FltConversion::FltConversion(FltInput& input, FltConversion& parent)
     : options_(parent.options_), input_(&input), log_(parent.log_), logged_(parent.logged_),
-      errors_(parent.errors_), references_(parent.references_)
+      errors_(parent.errors_), references_(parent.references_), logBudget_(parent.logBudget_)
 {
     setUp();
 }
@@ -109,6 +114,7 @@ void FltConversion::setUp()
     parser_.setReportPaddedControlRecords(!asAuthored);
     parser_.records.keepOffsets(asAuthored);
     parser_.setDumpStream(logged_ && options_.log == FltConversionOptions::Log::File ? log_ : nullptr);
+    parser_.shareLogBudget(logBudget_);
 }
 
 int FltConversion::parse()

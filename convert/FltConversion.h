@@ -98,6 +98,7 @@ private:
     std::ostream* errors_ = &null_;
     FltParser parser_;
     std::shared_ptr<FltReferenceChain> references_;
+    std::shared_ptr<FltLogBudget> logBudget_;  // one for the run and its nested runs
     std::string texturePrefix_;
     int startDepth_ = 0;
     std::unique_ptr<FltSceneBuilder> builder_;

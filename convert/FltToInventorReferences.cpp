@@ -19,18 +19,23 @@ bool FltToInventor::convertReferencedFile(const std::string& name, SoSeparator* 
         return false;
     }
 
-    // The nested parse writes where this one does: its opening line goes into the log.
-    FltFileInput input(path.c_str(), &context.log, &context.errors);
-    const std::string key = input.getFileName();
+    // The nested parse writes where this one does: its opening line goes into the log. A
+    // file that is shared or refused is only opened, for that line, and not read again.
+    const std::string key = FltFileInput::nameOf(path.c_str());
     auto converted = externalFiles.find(key);
     if (converted != externalFiles.end()) {
+        FltFileInput::announce(path.c_str(), &context.log, &context.errors);
         // The same node as every earlier reference to this file from this file.
         reference->addChild(converted->second);
         return true;
     }
     // Every nested conversion has tables of its own, so only the chain of files being
     // converted can tell a file that references itself, directly or through others.
-    if (!context.references.admit(key, name)) return true;
+    if (!context.references.admit(key, name)) {
+        FltFileInput::announce(path.c_str(), &context.log, &context.errors);
+        return true;
+    }
+    FltFileInput input(path.c_str(), &context.log, &context.errors);
 
     auto* nestedRoot = new SoSeparator;
     reference->addChild(nestedRoot);

@@ -13,11 +13,16 @@
 
 FltFileInput::FltFileInput(const char* path) : FltFileInput(path, &std::cout, &std::cerr) {}
 
-bool FltFileInput::canOpen(const char* path)
+std::string FltFileInput::nameOf(const char* path)
 {
     std::string name = path ? path : "";
     std::replace(name.begin(), name.end(), '\\', '/');
-    const int fd = ::open(name.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    return name;
+}
+
+bool FltFileInput::canOpen(const char* path)
+{
+    const int fd = ::open(nameOf(path).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0) return false;
     ::close(fd);
     return true;
@@ -41,22 +46,10 @@ FltFileInput::FltFileInput(const char* path, std::ostream* progress, std::ostrea
 
     inFlowCreated = false;
     buffer = nullptr;
-    file = nullptr;
-    // Opened without blocking, as a named pipe would wait for a writer. A directory, a pipe
-    // or a device has no size to read; treat it as unopenable.
-    const int fd = ::open64(fileName, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (fd >= 0) {
-        struct stat info;
-        const int flags = fcntl(fd, F_GETFL);
-        if (fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && flags != -1 &&
-            fcntl(fd, F_SETFL, flags & ~O_NONBLOCK) == 0)
-            file = fdopen(fd, "rb");
-        if (!file) ::close(fd);
-    }
-    if (!file) {
-        if (errors) *errors << std::string("Error in opening file: ") + fileName + "\n";
-        return;
-    }
+    struct stat info;
+    file = openRegular(fileName, errors, info);
+    if (!file) return;
+    identity = {static_cast<uint64_t>(info.st_dev), static_cast<uint64_t>(info.st_ino)};
 
     // In one write: it may go into a log that another thread writes to as well.
     if (progress) *progress << std::string("\nSuccess in opening file: ") + fileName + "\n";
@@ -72,6 +65,34 @@ FltFileInput::FltFileInput(const char* path, std::ostream* progress, std::ostrea
     }
     std::fclose(file);
     file = nullptr;
+}
+
+FILE* FltFileInput::openRegular(const char* name, std::ostream* errors, struct stat& info)
+{
+    // Opened without blocking, as a named pipe would wait for a writer. A directory, a pipe
+    // or a device has no size to read; treat it as unopenable.
+    FILE* opened = nullptr;
+    const int fd = ::open64(name, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd >= 0) {
+        const int flags = fcntl(fd, F_GETFL);
+        if (fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && flags != -1 &&
+            fcntl(fd, F_SETFL, flags & ~O_NONBLOCK) == 0)
+            opened = fdopen(fd, "rb");
+        if (!opened) ::close(fd);
+    }
+    if (!opened && errors) *errors << std::string("Error in opening file: ") + name + "\n";
+    return opened;
+}
+
+bool FltFileInput::announce(const char* path, std::ostream* progress, std::ostream* errors)
+{
+    const std::string name = nameOf(path);
+    struct stat info;
+    FILE* opened = openRegular(name.c_str(), errors, info);
+    if (!opened) return false;
+    if (progress) *progress << std::string("\nSuccess in opening file: ") + name + "\n";
+    std::fclose(opened);
+    return true;
 }
 
 FltFileInput::~FltFileInput()

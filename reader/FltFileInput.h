@@ -5,8 +5,11 @@
 // against which external references are resolved.
 #pragma once
 
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <iosfwd>
+#include <string>
 
 #include "reader/FltInput.h"
 
@@ -26,6 +29,7 @@ public:
     bool isInFlowCreated() const override { return inFlowCreated; }
     const char* getFileName() const override { return fileName; }
     const char* getDirName() const override { return dirName; }
+    std::pair<uint64_t, uint64_t> getIdentity() const override { return identity; }
     virtual const char* getAdditionalDirName() const { return dirName; }
 
     // Debugging aid: every byte as an unsigned decimal followed by a blank, on one line.
@@ -34,8 +38,16 @@ public:
     // Whether the file at path (backslashes read as slashes) opens for reading, found out
     // without blocking: opening a named pipe would wait for a writer forever.
     static bool canOpen(const char* path);
+    // The file name an input of path takes: backslashes read as slashes.
+    static std::string nameOf(const char* path);
+    // Opens the file at path and says so, on the streams given, as reading it would, but
+    // reads nothing: for a file already read under that name. True when it opened.
+    static bool announce(const char* path, std::ostream* progress, std::ostream* errors);
 
 protected:
+    // The file at name as a stream when it is a regular file that opens for reading, found
+    // out without blocking; else null, with the error line written.
+    static FILE* openRegular(const char* name, std::ostream* errors, struct stat& info);
     void calculFileSize();
     uint64_t fileToBuffer();
 
@@ -45,4 +57,5 @@ protected:
     char* dirName = nullptr;
     FILE* file = nullptr;
     uint64_t size = 0;
+    std::pair<uint64_t, uint64_t> identity;
 };

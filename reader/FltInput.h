@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
 class FltInput {
 public:
@@ -11,6 +12,9 @@ public:
     virtual bool isInFlowCreated() const = 0;
     virtual const char* getFileName() const = 0;
     virtual const char* getDirName() const = 0;
+    // What tells this file from others under any name (device and inode); zeros when the
+    // bytes have no file.
+    virtual std::pair<uint64_t, uint64_t> getIdentity() const { return {}; }
     // Added so that deleting through this interface frees the whole input.
     virtual ~FltInput() = default;
 };

@@ -117,8 +117,11 @@ int FltParser::run()
     uint64_t offset = 0;
     bool complete = true;
     std::ostream* const dumpStream = creationVisitor->getDumpStream();
-    const uint64_t dumpStart = FltDump::bytesWritten();
-    const uint64_t dumpBudget = logBytesPerFileByte * size + logMarginBytes;
+    const std::shared_ptr<FltLogBudget> budget =
+        sharedLogBudget ? sharedLogBudget
+                        : std::make_shared<FltLogBudget>(logBytesPerFileByte, logMarginBytes, FltDump::bytesWritten());
+    budget->addFile(size, input->getIdentity());
+    if (budget->exhausted) creationVisitor->setDumpStream(nullptr);
     const uint64_t missingBudget = size + kMissingBytesMargin;
     creationVisitor->keepShortRecordsAsUnknown(false);
     while (offset < size) {
@@ -165,12 +168,14 @@ int FltParser::run()
                 creationVisitor->keepShortRecordsAsUnknown(true);
             }
         }
-        if (dumpStream && creationVisitor->getDumpStream() && FltDump::bytesWritten() - dumpStart > dumpBudget) {
+        if (creationVisitor->getDumpStream() && budget->passed(FltDump::bytesWritten())) {
             FltWarningMessageConsole::notifyMessage(
-                "WARNING ! The log has grown past " + std::to_string(logBytesPerFileByte) +
-                    " times the file's size at the record of opcode " + std::to_string(opcode) + " at byte offset " +
-                    std::to_string(offset) + ": the records after it are not dumped",
+                "WARNING ! The log has grown past " + std::to_string(budget->bytesPerFileByte()) +
+                    " times the size of the files read at the record of opcode " + std::to_string(opcode) +
+                    " at byte offset " + std::to_string(offset) + " of " + (input->getFileName() ? input->getFileName() : "") +
+                    ": the records after it are not dumped",
                 2, true);
+            budget->exhausted = true;
             creationVisitor->setDumpStream(nullptr);
         }
         ++rawDataCount;

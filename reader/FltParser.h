@@ -9,8 +9,10 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <memory>
 #include <vector>
 
+#include "reader/FltLogBudget.h"
 #include "reader/FltObserver.h"
 #include "reader/FltRecordStore.h"
 
@@ -63,6 +65,8 @@ public:
         logBytesPerFileByte = bytesPerFileByte;
         logMarginBytes = marginBytes;
     }
+    // Or the dump draws on a budget shared with other parses of one conversion.
+    void shareLogBudget(std::shared_ptr<FltLogBudget> budget) { sharedLogBudget = std::move(budget); }
 
     // Every record created, in file order, owned here.
     FltRecordStore records;
@@ -84,10 +88,9 @@ private:
     // counts as lacking at least 64 bytes, since it builds a node whatever it lacks.
     static constexpr uint64_t kLeastMissingBytes = 64;
     static constexpr uint64_t kMissingBytesMargin = uint64_t(1) << 20;
-    // No database written by the format's rules comes near the log limit (about ten bytes of
-    // dump per byte), while short records that dump whole tables could fill a disk.
-    uint64_t logBytesPerFileByte = 64;
-    uint64_t logMarginBytes = uint64_t(64) << 20;
+    uint64_t logBytesPerFileByte = FltLogBudget::kBytesPerFileByte;
+    uint64_t logMarginBytes = FltLogBudget::kMarginBytes;
+    std::shared_ptr<FltLogBudget> sharedLogBudget;
     uint64_t shortRecords = 0;
     uint64_t missingBytes = 0;
     std::ostream* progress;

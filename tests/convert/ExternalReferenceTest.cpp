@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <fstream>
 #include <set>
 
 #include "ConvertSupport.h"
@@ -222,6 +223,48 @@ TEST(ExternalReference, filesReferencedUnderSeveralNamesAreConvertedABoundedNumb
                                   0),
               0u)
         << c.messages[0];
+}
+
+TEST(ExternalReference, aFileSharedOrRefusedIsOpenedForTheLogButReadOnce)
+{
+    // 40 references to a 4 MiB file and one to the database itself, in both conversions: the
+    // log tells every opening as before, the process reads the file once (the kernel's count
+    // of bytes read), and the nested parse keeps the run's choice of no dump.
+    Folder f;
+    FltFixture big;
+    big.header();
+    for (int i = 0; i < 64; ++i) big.add(FltRecordBytes(250, 65532));
+    const std::string bigPath = f.write("big.flt", big);
+    FltFixture top;
+    top.header().push().externalReference("top.flt");
+    for (int i = 0; i < 40; ++i) top.externalReference("big.flt");
+    const std::string topPath = f.write("top.flt", top.pop());
+    auto bytesRead = [] {
+        std::ifstream io("/proc/self/io");
+        std::string key;
+        uint64_t value = 0;
+        while (io >> key >> value)
+            if (key == "rchar:") return value;
+        return uint64_t(0);
+    };
+    for (unsigned builder : {unsigned(QETZFLT_BUILD_CLASSIC), unsigned(QETZFLT_BUILD_AS_AUTHORED)}) {
+        const uint64_t before = bytesRead();
+        SoSeparator* root = qetzfltConvert(topPath.c_str(), builder | QETZFLT_LOG_NO_DUMP | QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_NO_ECHO);
+        ASSERT_NE(root, nullptr);
+        root->ref();
+        root->unref();
+        const uint64_t read = bytesRead() - before;
+        EXPECT_GT(read, 4u << 20) << builder;
+        EXPECT_LT(read, 8u << 20) << builder;
+        const std::string log = readFile(topPath + ".log");
+        size_t openings = 0;
+        for (size_t at = log.find("Success in opening file: " + bigPath + "\n"); at != std::string::npos;
+             at = log.find("Success in opening file: " + bigPath + "\n", at + 1))
+            ++openings;
+        EXPECT_EQ(openings, 40u) << builder;
+        EXPECT_NE(log.find("Success in opening file: " + topPath + "\n"), std::string::npos) << builder;
+        EXPECT_EQ(log.find("HEADER RECORD"), std::string::npos) << builder;
+    }
 }
 
 TEST(ExternalReference, aNamedPipeIsNotWaitedFor)

@@ -6,6 +6,7 @@
 #include "TestSupport.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltCreationVisitor.h"
+#include "reader/FltDump.h"
 #include "reader/FltRecordGroupAndObject.h"
 #include "reader/FltRecordHeader.h"
 
@@ -193,7 +194,7 @@ TEST_F(ParserTest, theDumpStopsAtTheLogLimitAndTheParseGoesOn)
     EXPECT_LT(out.text().size(), 64 * db.bytes().size() + 2 * 20000);
     EXPECT_NE(out.text().find("end of parsing"), std::string::npos);
     const std::string limit =
-        "WARNING ! The log has grown past 64 times the file's size at the record of opcode 66 at byte offset ";
+        "WARNING ! The log has grown past 64 times the size of the files read at the record of opcode 66 at byte offset ";
     size_t reported = 0;
     for (const FltWarningMessage& m : messages())
         if (m.message.rfind(limit, 0) == 0) {
@@ -204,6 +205,24 @@ TEST_F(ParserTest, theDumpStopsAtTheLogLimitAndTheParseGoesOn)
     EXPECT_EQ(reported, 1u);
     // The dump is on again for the next run.
     EXPECT_EQ(p.parser.creationVisitor->getDumpStream(), &std::cout);
+
+    // Parses of one conversion share one budget, to which a file read again under another
+    // name adds nothing: once passed, the later parses dump nothing and say nothing more.
+    auto budget = std::make_shared<FltLogBudget>(64, 0, FltDump::bytesWritten());
+    std::string dumped;
+    for (int parse = 0; parse < 3; ++parse) {
+        ParsedBytes again(db.bytes());
+        again.input.identity = {7, 7};
+        again.parser.shareLogBudget(budget);
+        CaptureStream out(std::cout), err(std::cerr);
+        ASSERT_EQ(again.parser.run(), 0);
+        dumped += out.text();
+    }
+    EXPECT_LT(dumped.size(), 64 * db.bytes().size() + 2 * 20000 + 3 * 100);
+    EXPECT_TRUE(budget->exhausted);
+    reported = 0;
+    for (const FltWarningMessage& m : messages()) reported += m.message.rfind(limit, 0) == 0;
+    EXPECT_EQ(reported, 2u);
 }
 
 TEST_F(ParserTest, continuedSoundPaletteIsStoredTwiceAndASecondRunAppendsRecordsAndResetsTheCount)

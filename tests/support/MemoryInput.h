@@ -15,6 +15,8 @@ public:
     bool isInFlowCreated() const override { return created_; }
     const char* getFileName() const override { return "memory.flt"; }
     const char* getDirName() const override { return nullptr; }
+    std::pair<uint64_t, uint64_t> getIdentity() const override { return identity; }
+    std::pair<uint64_t, uint64_t> identity;  // none unless a test gives one
 
 private:
     std::string bytes_;
