@@ -61,14 +61,31 @@ void FltNodeStack::popLevel()
     groups_.pop_back();
 }
 
-bool FltNodeStack::couldContainItself(SoGroup* instance, SoGroup* parent) const
+FltNodeStack::Containment FltNodeStack::wouldContainItself(SoGroup* instance, SoGroup* parent)
 {
     // While every open group was opened by the push right after its own record, the
     // groups above the stack top are exactly the open ones (sharing adds parents only to
     // nodes that are not open), so the instance contains the top only if it is open itself.
-    // A group reopened later may lie inside anything: references under it are refused.
-    if (instance == parent || stackCounts_.count(instance)) return true;
-    return openReopenedEntries_ > 0;
+    if (instance == parent || stackCounts_.count(instance)) return Containment::Yes;
+    if (openReopenedEntries_ == 0) return Containment::No;
+    // A group reopened later may lie anywhere, inside the instance among others: look for
+    // the top below the instance.
+    std::vector<SoNode*> pending{instance};
+    std::unordered_set<SoNode*> seen{instance};
+    while (!pending.empty()) {
+        if (searchBudget_ == 0) return Containment::Unknown;
+        --searchBudget_;
+        SoNode* node = pending.back();
+        pending.pop_back();
+        if (node == parent) return Containment::Yes;
+        if (!node->isOfType(SoGroup::getClassTypeId())) continue;
+        auto* group = static_cast<SoGroup*>(node);
+        for (int i = 0, n = group->getNumChildren(); i < n; ++i) {
+            SoNode* child = group->getChild(i);
+            if (seen.insert(child).second) pending.push_back(child);
+        }
+    }
+    return Containment::No;
 }
 
 void FltNodeStack::holdNotification(SoNode* node)

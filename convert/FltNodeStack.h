@@ -42,11 +42,10 @@ public:
     // Closes the group on top; an empty stack is reported.
     void popLevel();
     SoGroup* top() const { return groups_.empty() ? nullptr : groups_.back(); }
-    // True when adding `instance` under `parent` (the top) would or could make the instance
-    // contain itself.
-    bool couldContainItself(SoGroup* instance, SoGroup* parent) const;
-    // True when the group stands on the stack.
-    bool isOpen(SoGroup* group) const { return stackCounts_.count(group) != 0; }
+    // Whether adding `instance` under `parent` (the top) would make the instance contain
+    // itself: No, Yes, or Unknown when the search for that ran past its limit.
+    enum class Containment { No, Yes, Unknown };
+    Containment wouldContainItself(SoGroup* instance, SoGroup* parent);
 
     // The node the next push level opens, and when it was made. The stack holds a reference
     // on it, so that it outlives a released group around it.
@@ -85,6 +84,9 @@ private:
     std::deque<bool> reopenedEntries_;
     int openReopenedEntries_ = 0;
     std::unordered_map<SoGroup*, int> stackCounts_;
+    // Nodes the searches under reopened groups may still visit, all together: a file of many
+    // references to a large instance would otherwise search it whole each time.
+    uint64_t searchBudget_ = uint64_t(1) << 24;
     // Open groups whose notification is held until they close (see pushLevel).
     std::unordered_set<SoGroup*> quietOpenGroups_;
     uint64_t popLevels_ = 0;

@@ -319,13 +319,15 @@ void FltToInventor::visitInstanceReference(const FltRecordInstanceReference* rec
     SoSeparator* instance = instances[record->instanceDefinitionNumber];
     if (!instance) return;
     SoGroup* parent = nodes.top();
-    if (parent && nodes.couldContainItself(instance, parent)) {
-        const bool open = instance == parent || nodes.isOpen(instance);
+    const FltNodeStack::Containment cycle =
+        parent ? nodes.wouldContainItself(instance, parent) : FltNodeStack::Containment::No;
+    if (cycle != FltNodeStack::Containment::No) {
         FltWarningMessageConsole::notifyMessage(
             "ERROR ! Instance reference " + std::to_string(record->instanceDefinitionNumber) +
-                (open ? " stands inside its own definition: not added, the instance would contain itself"
-                      : " stands under a group that a push level opened again: not added, the instance could "
-                        "contain itself"),
+                (cycle == FltNodeStack::Containment::Yes
+                     ? " stands inside its own definition: not added, the instance would contain itself"
+                     : " stands under a group that a push level opened again, too deep to search: not added, the "
+                       "instance could contain itself"),
             3, true);
         return;
     }

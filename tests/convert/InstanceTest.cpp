@@ -62,18 +62,20 @@ TEST(Instance, referenceInsideItsOwnDefinition_isRefusedWithMessage)
     EXPECT_EQ(c.levels, (std::vector<int>{3}));
 }
 
-TEST(Instance, referenceUnderAGroupOfItsOwnReopenedByAStalePush_isRefused)
+TEST(Instance, underAGroupReopenedByAStalePushOnlyARealCycleIsRefused)
 {
-    // After the definition closes, the last primary record is still its group "g", which a
-    // push with no record of its own reopens: a reference there would put the instance
-    // inside itself although the definition is no longer open.
+    // After a definition closes, the last primary record is still its group, which a push
+    // with no record of its own reopens: a reference to that definition there would put the
+    // instance inside itself; one to another definition forms no cycle and is added.
     FltFixture db;
     db.header().push();
     definition(db, 1, "g").push().instanceReference(1).pop();
+    definition(db, 2, "h").push().instanceReference(1).pop();
     Converted c(db.pop());
-    EXPECT_EQ(hierarchy(c), "Separator:InstanceDefinition_1[Separator:g]");
-    EXPECT_EQ(c.messages, (Names{"ERROR ! Instance reference 1 stands under a group that a push level opened again: "
-                                 "not added, the instance could contain itself"}));
+    const std::string one = "Separator:InstanceDefinition_1[Separator:g]";
+    EXPECT_EQ(hierarchy(c), one + " Separator:InstanceDefinition_2[Separator:h[" + one + "]]");
+    EXPECT_EQ(c.messages, (Names{"ERROR ! Instance reference 1 stands inside its own definition: not added, the "
+                                 "instance would contain itself"}));
 }
 
 TEST(Instance, manyReferencesUnderAReopenedGroupStayLinear)
