@@ -64,13 +64,15 @@ void FltPalettes::setColorPalette(const FltRecordColorPalette& record)
 void FltPalettes::setMaterialAt(int index, const float ambient[3], const float diffuse[3], const float specular[3],
                                 const float emissive[3], float shininess, float alpha)
 {
-    if (index < 0 || index > kHighestMaterialIndex) {
+    if (index < 0) {
         FltWarningMessageConsole::notifyMessage("WARNING ! Material palette index " + std::to_string(index) +
                                                     " is outside 0.." + std::to_string(kHighestMaterialIndex) +
                                                     ": the material is ignored",
                                                 3, true);
         return;
     }
+    // A face names its material in 16 bits: nothing in the file can reach a higher index.
+    if (index > kHighestMaterialIndex) return;
     if (static_cast<size_t>(index) >= materials_.size()) materials_.resize(static_cast<size_t>(index) + 1);
     FltMaterial& m = materials_[static_cast<size_t>(index)];
     std::copy(ambient, ambient + 3, m.ambient);

@@ -196,3 +196,14 @@ TEST(ClassicColors, theWalkGivesTheRulesTheObjectsTransparencyAndLogsABadIndex)
     EXPECT_NEAR(materials[1]->transparency[0], 0, 1e-5);
     EXPECT_NE(converted.log().find("\nbad color index\n"), std::string::npos);
 }
+
+TEST(ClassicColors, materialsOnlyFacesCanReachAreKeptAndOnlyNegativeIndicesReported)
+{
+    // A face names its material in 16 bits: a record above 32767 is ignored without a word.
+    const float diffuse[3] = {1, 1, 1};
+    FltFixture db;
+    db.header().material(-1, diffuse).material(40000, diffuse).material(32767, diffuse);
+    Converted c(db.push().pop());
+    EXPECT_EQ(c.messages, (Names{"WARNING ! Material palette index -1 is outside 0..32767: the material is ignored"}));
+    EXPECT_EQ(c.levels, (std::vector<int>{3}));
+}
