@@ -1,7 +1,8 @@
 // qetzflt info, deps and stats: what a database holds, the files it needs, its statistics.
 #include <Inventor/nodes/SoSeparator.h>
 
-#include <filesystem>
+#include <sys/stat.h>
+
 #include <fstream>
 #include <iomanip>
 #include <iostream>
@@ -13,11 +14,10 @@
 
 #include "Commands.h"
 #include "QetzFltLibrary.h"
+#include "convert/FltReferenceChain.h"
 #include "reader/FltReferencePath.h"
 #include "SceneSummary.h"
 #include "ToolSupport.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -138,37 +138,78 @@ std::string referencePath(const std::string& name, const std::string& database)
     return fltpath::externalReference(prefix, name);
 }
 
-// Lists one database's references and textures, then those of every referenced database
-// (each once). Returns the number of missing files.
-int listDependencies(QetzFltLibrary& library, const std::string& path, int depth, std::set<std::string>& visited)
+// What tells a file from others under any name, links followed.
+std::pair<uint64_t, uint64_t> identityOf(const std::string& path)
 {
-    DatabaseFacts facts;
-    if (inspect(library, path, facts) != 0) return 0;
-    const std::string directory = directoryOf(path);
-    const std::string indent(2 * depth, ' ');
+    struct stat info;
+    if (::stat(path.c_str(), &info) != 0) return {};
+    return {static_cast<uint64_t>(info.st_dev), static_cast<uint64_t>(info.st_ino)};
+}
+
+// "found", or "MISSING" with the reason when it is not plain absence.
+std::string presence(bool found, const std::string& why)
+{
+    if (found) return "found";
+    return why == "no such file" ? "MISSING" : "MISSING (" + why + ")";
+}
+
+// Lists the database's textures and references, each referenced database's below its
+// reference, indented by depth. Each file is listed once (by identity, whatever names reach
+// it), chains end at the library's depth limit, and the walk keeps its own stack: a chain of
+// any length costs no recursion. Returns the number of missing files.
+int listDependencies(QetzFltLibrary& library, const std::string& database)
+{
+    struct Frame {
+        std::string path;
+        int depth;
+        DatabaseFacts facts;
+        size_t next = 0;
+    };
+    std::vector<Frame> stack;
+    std::set<std::pair<uint64_t, uint64_t>> listed{identityOf(database)};
     int missing = 0;
-    for (const std::string& entry : facts.textures) {
-        const std::string name = entry.substr(entry.find(' ') + 1);
-        const std::string resolved = resolveAgainst(name, directory);
-        const bool found = fs::is_regular_file(resolved);
-        missing += found ? 0 : 1;
-        std::cout << indent << "texture    " << name << "  ->  " << resolved << "  " << (found ? "found" : "MISSING")
-                  << "\n";
-    }
-    for (const std::string& name : facts.references) {
-        if (name.empty()) continue;
-        const std::string opened = referencePath(name, path);
-        const bool found = fs::is_regular_file(opened);
-        const std::string resolved = resolveAgainst(opened, fs::current_path().string());
-        missing += found ? 0 : 1;
-        std::cout << indent << "reference  " << name << "  ->  " << resolved << "  " << (found ? "found" : "MISSING")
-                  << "\n";
-        if (!found) continue;
-        if (!visited.insert(resolved).second) {
-            std::cout << indent << "  (listed above)\n";
+    auto open = [&](const std::string& path, int depth) {
+        Frame frame{path, depth, {}};
+        if (inspect(library, path, frame.facts) != 0) return;
+        const std::string directory = directoryOf(path);
+        const std::string indent(2 * depth, ' ');
+        for (const std::string& entry : frame.facts.textures) {
+            const std::string name = entry.substr(entry.find(' ') + 1);
+            const std::string resolved = resolveAgainst(name, directory);
+            std::string why;
+            const bool found = isRegularFile(resolved, &why);
+            missing += found ? 0 : 1;
+            std::cout << indent << "texture    " << name << "  ->  " << resolved << "  " << presence(found, why) << "\n";
+        }
+        stack.push_back(std::move(frame));
+    };
+    open(database, 0);
+    const std::string cwd = workingDirectory();
+    while (!stack.empty()) {
+        Frame& frame = stack.back();
+        if (frame.next == frame.facts.references.size()) {
+            stack.pop_back();
             continue;
         }
-        missing += listDependencies(library, opened, depth + 1, visited);
+        const std::string name = frame.facts.references[frame.next++];
+        if (name.empty()) continue;
+        const int depth = frame.depth;
+        const std::string opened = referencePath(name, frame.path);
+        const std::string indent(2 * depth, ' ');
+        std::string why;
+        const bool found = isRegularFile(opened, &why);
+        missing += found ? 0 : 1;
+        std::cout << indent << "reference  " << name << "  ->  " << resolveAgainst(opened, cwd) << "  "
+                  << presence(found, why) << "\n";
+        if (!found) continue;
+        if (!listed.insert(identityOf(opened)).second) {
+            std::cout << indent << "  (listed above)\n";
+        } else if (depth + 1 > static_cast<int>(FltReferenceChain::kMaxDepth)) {
+            std::cout << indent << "  (nested more than " << FltReferenceChain::kMaxDepth
+                      << " levels deep: not followed, as a conversion does not follow it)\n";
+        } else {
+            open(opened, depth + 1);  // `frame` may move: nothing of it is used after
+        }
     }
     return missing;
 }
@@ -207,7 +248,7 @@ int commandInfo(int argc, char** argv)
     const bool converted = conversion.run(input, false, args);
     QetzFltLibrary* library = loadLibrary();
     if (!library) return kFailed;
-    if (!fs::is_regular_file(input)) return kFailed;
+    if (!isRegularFile(input)) return kFailed;
 
     std::cout << "database: " << input << "\n";
     DatabaseFacts facts;
@@ -250,8 +291,9 @@ int commandDeps(int argc, char** argv)
         std::cerr << "qetzflt deps: this libQetzFlt.so cannot list the files a database names\n";
         return kFailed;
     }
-    if (!fs::is_regular_file(input)) {
-        std::cerr << "qetzflt: " << input << ": no such file\n";
+    std::string why;
+    if (!isRegularFile(input, &why)) {
+        std::cerr << "qetzflt: " << input << ": " << why << "\n";
         return kFailed;
     }
     DatabaseFacts facts;
@@ -260,8 +302,7 @@ int commandDeps(int argc, char** argv)
         return kFailed;
     }
     std::cout << "database: " << input << "\n";
-    std::set<std::string> visited{resolveAgainst(input, fs::current_path().string())};
-    const int missing = listDependencies(*library, input, 0, visited);
+    const int missing = listDependencies(*library, input);
     if (missing > 0) {
         std::cout << missing << (missing == 1 ? " file is" : " files are") << " missing\n";
         std::cerr << "qetzflt deps: " << missing << (missing == 1 ? " file is" : " files are") << " missing\n";
@@ -283,8 +324,9 @@ int commandStats(int argc, char** argv)
         std::cerr << "qetzflt stats: this libQetzFlt.so does not write statistics\n";
         return kFailed;
     }
-    if (!fs::is_regular_file(input)) {
-        std::cerr << "qetzflt: " << input << ": no such file\n";
+    std::string why;
+    if (!isRegularFile(input, &why)) {
+        std::cerr << "qetzflt: " << input << ": " << why << "\n";
         return kFailed;
     }
     const std::string statFile = input + ".stat";
@@ -297,7 +339,7 @@ int commandStats(int argc, char** argv)
         std::cerr << "\n";
         return kFailed;
     }
-    if (written != 0 || !fs::is_regular_file(statFile)) {
+    if (written != 0 || !isRegularFile(statFile)) {
         std::cerr << "qetzflt stats: " << input << ": not an OpenFlight database, no statistics written\n";
         return kFailed;
     }

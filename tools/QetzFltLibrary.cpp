@@ -27,7 +27,8 @@ QetzFltLibrary::QetzFltLibrary()
         for (const char* rel : {"libQetzFlt.so", "../lib/libQetzFlt.so", "../lib/x86_64-linux-gnu/libQetzFlt.so",
                                 "../lib64/libQetzFlt.so"}) {
             std::filesystem::path p = dir / rel;
-            if (std::filesystem::exists(p)) candidates.push_back(p.string());
+            std::error_code missing;
+            if (std::filesystem::exists(p, missing)) candidates.push_back(p.string());
         }
     }
     candidates.push_back("libQetzFlt.so");

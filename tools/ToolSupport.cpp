@@ -4,7 +4,11 @@
 #include <Inventor/SoInput.h>
 #include <Inventor/nodes/SoSeparator.h>
 
+#include <sys/stat.h>
+
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <iostream>
 #include <streambuf>
@@ -96,8 +100,9 @@ bool Conversion::run(const std::string& path, bool echo, const Arguments& args)
     classic = args.has("--classic");
     QetzFltLibrary* library = loadLibrary();
     if (!library) return false;
-    if (!fs::is_regular_file(path)) {
-        std::cerr << "qetzflt: " << path << ": no such file\n";
+    std::string why;
+    if (!isRegularFile(path, &why)) {
+        std::cerr << "qetzflt: " << path << ": " << why << "\n";
         return false;
     }
     directory = directoryOf(path);
@@ -187,5 +192,24 @@ bool makeParentDirectory(const std::string& path)
     if (parent.empty()) return true;
     std::error_code ec;
     fs::create_directories(parent, ec);
-    return fs::is_directory(parent);
+    return fs::is_directory(parent, ec);
+}
+
+bool isRegularFile(const std::string& path, std::string* why)
+{
+    struct stat info;
+    if (::stat(path.c_str(), &info) != 0) {
+        if (why) *why = errno == ENOENT || errno == ENOTDIR ? "no such file" : std::strerror(errno);
+        return false;
+    }
+    if (S_ISREG(info.st_mode)) return true;
+    if (why) *why = "not a regular file";
+    return false;
+}
+
+std::string workingDirectory()
+{
+    std::error_code ec;
+    const fs::path current = fs::current_path(ec);
+    return ec ? std::string(".") : current.string();
 }

@@ -81,5 +81,13 @@ std::string resolveAgainst(const std::string& name, const std::string& base);
 // Creates the directory that will hold an output file; false when it cannot be.
 bool makeParentDirectory(const std::string& path);
 
+// Whether path names a regular file, links followed as the library follows them. When not,
+// `why` says so: "no such file", "not a regular file", or the system's reason (a loop of
+// links, a name too long).
+bool isRegularFile(const std::string& path, std::string* why = nullptr);
+
+// The working directory, or "." when it cannot be told (removed meanwhile, say).
+std::string workingDirectory();
+
 // `target` written relative to the directory `from` (both absolute).
 std::string relativePath(const std::string& target, const std::string& from);

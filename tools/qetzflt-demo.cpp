@@ -404,8 +404,18 @@ void writeDemo(const fs::path& path)
 
 int main(int argc, char** argv)
 {
-    if (argc != 2) {
-        std::cerr << "usage: qetzflt-demo OUT.flt\n";
+    const char* const usage =
+        "usage: qetzflt-demo OUT.flt\n"
+        "\n"
+        "Writes the example database OUT.flt, with parts/kiosk.flt and the textures it names beside it.\n";
+    const std::string first = argc > 1 ? argv[1] : "";
+    if (argc == 2 && (first == "-h" || first == "--help")) {
+        std::cout << usage;
+        return 0;
+    }
+    // A name that begins with a dash is an option this program does not know, never a file.
+    if (argc != 2 || first.empty() || first[0] == '-') {
+        std::cerr << usage;
         return 2;
     }
     try {

@@ -10,6 +10,7 @@
 // deps), 2 on bad usage.
 #include <Inventor/SoDB.h>
 
+#include <exception>
 #include <iostream>
 #include <string>
 
@@ -48,11 +49,18 @@ int main(int argc, char** argv)
         return kOk;
     }
     SoDB::init();
-    if (command == "convert") return commandConvert(argc, argv);
-    if (command == "info") return commandInfo(argc, argv);
-    if (command == "deps") return commandDeps(argc, argv);
-    if (command == "stats") return commandStats(argc, argv);
-    if (command == "render") return commandRender(argc, argv);
+    // A file system that refuses (a loop of links, a name too long, a folder gone) ends the
+    // command with its reason, never an abort.
+    try {
+        if (command == "convert") return commandConvert(argc, argv);
+        if (command == "info") return commandInfo(argc, argv);
+        if (command == "deps") return commandDeps(argc, argv);
+        if (command == "stats") return commandStats(argc, argv);
+        if (command == "render") return commandRender(argc, argv);
+    } catch (const std::exception& e) {
+        std::cerr << "qetzflt " << command << ": " << e.what() << "\n";
+        return kFailed;
+    }
     std::cerr << "qetzflt: unknown command " << command << "\n" << kMainUsage;
     return kUsage;
 }

@@ -43,6 +43,13 @@ protected:
 
 TEST(ToolUsageTest, helpOnStandardOutput_badUsageExitsTwoAndSaysWhy)
 {
+    ScratchDir demoDir;
+    for (const char* option : {"--help", "--bogus"}) {
+        const RunResult demo = runProgram(QETZFLT_DEMO_PATH, {option}, {}, demoDir.path().string());
+        EXPECT_EQ(demo.status, option == std::string("--help") ? 0 : 2);
+        EXPECT_TRUE(contains(demo.out + demo.err, "usage: qetzflt-demo OUT.flt"));
+        EXPECT_FALSE(fs::exists(demoDir.file(option))) << option;  // never a database of that name
+    }
     const RunResult help = runTool({"--help"});
     EXPECT_EQ(help.status, 0);
     for (const char* command : {"convert", "info", "deps", "stats", "render"}) {
@@ -110,6 +117,24 @@ TEST_F(ToolTest, missingNonOpenFlightAndUnwritableFiles_exitOneWithoutOutputFile
     }
     for (const char* file : {"none.iv", "text.iv", "text.flt.stat", "none.png", "text.png", "bad.png"})
         EXPECT_FALSE(fs::exists(dir.file(file))) << file;
+
+    // What the file system refuses ends every command with its reason, never an abort; a
+    // statistics file that cannot be written is told apart from a file that is no database.
+    fs::create_symlink("loop.flt", dir.file("loop.flt"));
+    fs::create_directory(good + ".stat");
+    const std::string longName = dir.file(std::string(300, 'a') + ".flt");
+    for (const std::string command : {"convert", "info", "deps", "stats", "render"})
+        for (const auto& [input, reason] : {std::pair<std::string, std::string>{dir.file("loop.flt"), "symbolic links"},
+                                            {longName, "File name too long"}}) {
+            std::vector<std::string> args{command, input};
+            if (command == "render") args.insert(args.end(), {"-o", dir.file("x.png")});
+            const RunResult r = runTool(args);
+            EXPECT_EQ(r.status, 1) << command << " " << reason;
+            EXPECT_TRUE(contains(r.err, reason)) << r.err;
+        }
+    const RunResult stats = runTool({"stats", good});
+    EXPECT_EQ(stats.status, 1);
+    EXPECT_TRUE(contains(stats.err, "db.flt.stat not written: WARNING ! The statistics file")) << stats.err;
 }
 
 TEST_F(ToolTest, truncatedDatabase_keepsWhatCameBeforeTheDamageAndSaysSo)
@@ -237,6 +262,30 @@ TEST_F(ToolTest, deps_listsTheFilesOfEveryReferencedDatabaseOnceAndCountsTheMiss
     const RunResult found = runTool({"deps", input});
     EXPECT_EQ(found.status, 0) << found.err;
     EXPECT_TRUE(contains(found.out, "all files found\n"));
+}
+
+TEST_F(ToolTest, deps_knowsAFileUnderAnyNameAndStopsAtTheLibrarysDepth)
+{
+    // A file that names itself through a link to its own folder, and a chain of 40 files:
+    // listed as far as a conversion follows it, with bounded indentation.
+    FltFixture self;
+    write("self.flt", self.header().push().externalReference("link/self.flt").pop().bytes());
+    fs::create_directory_symlink(".", dir.file("link"));
+    const RunResult r = runTool({"deps", dir.file("self.flt")});
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(contains(r.out, "found\n  (listed above)\nall files found\n")) << r.out;
+    for (int i = 0; i < 40; ++i) {
+        FltFixture link;
+        link.header().push();
+        if (i + 1 < 40) link.externalReference("c" + std::to_string(i + 1) + ".flt");
+        write("c" + std::to_string(i) + ".flt", link.pop().bytes());
+    }
+    const RunResult chain = runTool({"deps", dir.file("c0.flt")});
+    EXPECT_EQ(chain.status, 0) << chain.err;
+    EXPECT_TRUE(contains(chain.out, std::string(64, ' ') + "reference  c33.flt  ->  " + dir.file("c33.flt") +
+                                        "  found\n" + std::string(66, ' ') + "(nested more than 32 levels deep"))
+        << chain.out;
+    EXPECT_FALSE(contains(chain.out, "c34.flt"));
 }
 
 TEST_F(ToolTest, stats_writesTheStatisticsFileAndPrintsIt)
