@@ -182,13 +182,44 @@ void FltNodeStack::releaseNotifications()
     std::vector<SoNode*> held;
     held.swap(notificationHeld_);
     heldSlots_.clear();
-    for (SoNode* node : held)
-        if (node) node->enableNotify(TRUE);
-    for (SoNode* node : held) {
-        if (!node) continue;
+    // A node whose notification is still held takes a change from below and goes no further,
+    // and its own touch carries it on: touched below before above, each change climbs to the
+    // next held node only. All at once, a chain of instances inside instances would pass
+    // every touch through every instance above it, in time growing with its length squared.
+    for (SoNode* node : belowBeforeAbove(held)) {
+        node->enableNotify(TRUE);
         node->touch();
-        node->unref();
     }
+    for (SoNode* node : held)
+        if (node) node->unref();
+}
+
+std::vector<SoNode*> FltNodeStack::belowBeforeAbove(const std::vector<SoNode*>& nodes)
+{
+    const std::unordered_set<SoNode*> wanted(nodes.begin(), nodes.end());
+    std::unordered_set<SoNode*> seen;
+    std::vector<SoNode*> order;
+    struct Step {
+        SoNode* node;
+        int next;
+    };
+    std::vector<Step> path;
+    for (SoNode* start : nodes) {
+        if (!start || !seen.insert(start).second) continue;
+        path.push_back({start, 0});
+        while (!path.empty()) {
+            Step& step = path.back();
+            auto* group = step.node->isOfType(SoGroup::getClassTypeId()) ? static_cast<SoGroup*>(step.node) : nullptr;
+            if (group && step.next < group->getNumChildren()) {
+                SoNode* child = group->getChild(step.next++);
+                if (seen.insert(child).second) path.push_back({child, 0});
+                continue;
+            }
+            if (wanted.count(step.node)) order.push_back(step.node);
+            path.pop_back();
+        }
+    }
+    return order;
 }
 
 void FltNodeStack::finishWalk()

@@ -74,6 +74,8 @@ public:
 private:
     // Gives a group closed by a pop level its notification back, if the push held it.
     void notifyClosedGroup(SoGroup* group);
+    // The nodes given (nulls dropped), each after every one of them that lies below it.
+    static std::vector<SoNode*> belowBeforeAbove(const std::vector<SoNode*>& nodes);
 
     SoSeparator* root_;
     FltGroupCache& cache_;
