@@ -1,24 +1,18 @@
 // External reference and extension attribute records.
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "RecordTestSupport.h"
 #include "reader/FltRecordExternalReference.h"
 
-TEST(ExternalReferenceRecord, pathFillingAll200BytesIsTerminatedAndTheFlagsFollowIt)
+TEST(ExternalReferenceRecord, pathFillingAll200BytesIsTerminated)
 {
+    // 'AAAA' right after the path; the flags' place is pinned by the flag lines test.
     const std::string path(200, 'p');
     FltRecordBytes bytes(63, 216);
-    bytes.chars(4, path, 200).u32(204, 0x41414141u).u32(208, 0xC0000000u);  // 'AAAA' right after the path
+    bytes.chars(4, path, 200).u32(204, 0x41414141u);
     auto ref = decodeRecord<FltRecordExternalReference>(bytes);
     ASSERT_TRUE(ref);
     EXPECT_EQ(std::string(ref->asciiPath), path);
-    EXPECT_EQ(ref->flags, static_cast<int32_t>(0xC0000000u));
-    EXPECT_NE(fieldsOf(*ref).find("asciiPath: " + path + "\nFlags: \n      Color palette override: 1\n"
-                                  "      Material palette override: 1\n"
-                                  "      Texture and texture mapping palette override: 0\n"),
-              std::string::npos);
 }
 
 TEST(ExternalReferenceRecord, wordAt212KeepsOnlyItsLowHalfAndACutPathKeepsWhatIsThere)

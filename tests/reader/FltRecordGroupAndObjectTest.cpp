@@ -17,14 +17,10 @@ TEST(GroupRecord, wordAtOffset28IsReadOnlyAfterRevision1420)
 
 TEST(ObjectRecord, transparencyIsReadAfterTheFlags)
 {
+    // The golden log pins the rest of the layout; its object's transparency is 0.
     FltRecordBytes bytes(4, 28);
-    bytes.chars(4, "house", 8).u32(12, 0x88000000u).i16(16, 1).u16(18, 65535);
-    auto object = decodeRecord<FltRecordObject>(bytes);
-    EXPECT_STREQ(object->idASCII, "house");
-    EXPECT_EQ(object->transparency, 65535);
-    EXPECT_EQ(fieldsOf(*object).find("idASCII: house\nrelativePriority: 1\ntransparency: 65535\nflags: \n"
-                                     "don t display in daylight: 1\n"),
-              0u);
+    bytes.u32(12, 0x88000000u).i16(16, 1).u16(18, 65535);
+    EXPECT_EQ(decodeRecord<FltRecordObject>(bytes)->transparency, 65535);
 }
 
 TEST(CommentRecord, holdsTheRestOfTheRecordAsTextEvenWhenThereIsNone)
