@@ -10,7 +10,6 @@
 #include "EveryRecordDatabase.h"
 #include "RecordTestSupport.h"
 #include "reader/FltCreationVisitor.h"
-#include "reader/FltRecordGroupAndObject.h"
 #include "reader/FltRecordTransformations.h"
 #include "reader/FltRecordUnknown.h"
 
@@ -49,18 +48,6 @@ TEST(OpcodeFactory, everyOpcodeYieldsAnObjectAndOnlyTheTablesOpcodesHaveAClass)
     }
     std::unique_ptr<FltRecord> put(Flt_15_7_CreationVisitor::createRecord(82, 156, 1570));
     EXPECT_NE(dynamic_cast<FltRecordRotateAboutEdge*>(put.get()), nullptr);
-}
-
-TEST(OpcodeFactory, revisionReachesOnlyTheRecordsThatCarryItAndNotTheColourMode)
-{
-    Flt_15_7_CreationVisitor visitor;
-    visitor.setDumpStream(nullptr);
-    visitor.formatRevision = 1420;
-    visitor.rgbMode = true;
-    auto group = build(visitor, FltRecordBytes(2, 44).bytes());
-    auto& versioned = dynamic_cast<FltVersion&>(*group);
-    EXPECT_EQ(versioned.formatRevision, 1420);
-    EXPECT_FALSE(versioned.rgbMode);
 }
 
 TEST(OpcodeFactory, unknownRecordCopiesItsFirstBytesFromTheHeaderOn)

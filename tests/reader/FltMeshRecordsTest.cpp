@@ -36,7 +36,7 @@ TEST(MeshRecords, meshFieldsAreReadAtTheirOffsetsAndAShortRecordKeepsWhatItHolds
     EXPECT_EQ((std::vector<long>{m.transparency, m.flags, m.alternateColorIndex}), (std::vector<long>{65000, 0, 0}));
 }
 
-TEST(MeshRecords, poolVerticesHoldOnlyTheirMaskedAttributesInOrder)
+TEST(MeshRecords, poolVerticesHoldOnlyTheirMaskedAttributesInOrderSteppingOverUvLayers)
 {
     // Position, packed colour, normal and base UV: 48 bytes a vertex.
     FltRecordBytes r(85, 12 + 2 * 48);
@@ -52,18 +52,14 @@ TEST(MeshRecords, poolVerticesHoldOnlyTheirMaskedAttributesInOrder)
     EXPECT_EQ((std::vector<double>{v.position[0], v.position[1], v.position[2], double(v.colorIndex),
                                    double(v.packedColor[0]), double(v.packedColor[3]), v.normal[2], v.uv[0], v.uv[1]}),
               (std::vector<double>{1.5, -2.5, 3.5, 0, 255, 3, 1, 0.25, 0.75}));
-}
 
-TEST(MeshRecords, poolWithEveryAttributeStepsOverItsUvLayers)
-{
-    // 24 + 4 + 4 + 12 + 8 bytes of kept attributes and 7 UV layers of 8 bytes: 108 a vertex.
-    FltRecordBytes r(85, 12 + 2 * 108);
-    r.u32(4, 2).u32(8, 0xFFF00000u).f64(120, 4.0).u32(144, 77).f32(164, 0.5f).f32(168, 0.125f);
-    std::vector<char> bytes = exact(r);
-    FltLocalVertexPool pool;
+    // Every attribute: 24 + 4 + 4 + 12 + 8 bytes kept and 7 UV layers of 8 bytes, 108 a vertex.
+    FltRecordBytes all(85, 12 + 2 * 108);
+    all.u32(4, 2).u32(8, 0xFFF00000u).f64(120, 4.0).u32(144, 77).f32(164, 0.5f).f32(168, 0.125f);
+    bytes = exact(all);
     EXPECT_TRUE(fltDecodeLocalVertexPool(bytes.data(), bytes.size(), pool));
-    const FltPoolVertex& v = pool.vertices.at(1);
-    EXPECT_EQ((std::vector<double>{v.position[0], double(v.colorIndex), v.uv[0], v.uv[1]}),
+    const FltPoolVertex& w = pool.vertices.at(1);
+    EXPECT_EQ((std::vector<double>{w.position[0], double(w.colorIndex), w.uv[0], w.uv[1]}),
               (std::vector<double>{4.0, 77, 0.5, 0.125}));
 }
 

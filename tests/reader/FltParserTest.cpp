@@ -66,8 +66,10 @@ TEST_F(ParserTest, cutsRecordsInFileOrderForEveryObserverAndWritesTheProgressLin
     EXPECT_TRUE(p.parser.isAllFltRecordsCreated());
     EXPECT_EQ(p.parser.creationVisitor->formatRevision, 1420);
     EXPECT_TRUE(p.parser.creationVisitor->rgbMode);
-    // Records created after the header carry the file's revision.
-    EXPECT_EQ(dynamic_cast<FltRecordGroup&>(*p.parser.records.at(2)).formatRevision, 1420);
+    // Records created after the header carry the file's revision, never its colour mode.
+    const auto& group = dynamic_cast<FltRecordGroup&>(*p.parser.records.at(2));
+    EXPECT_EQ(group.formatRevision, 1420);
+    EXPECT_FALSE(group.rgbMode);
     const std::string log = out.text();
     EXPECT_EQ(log.rfind("beginning of parsing\n\n HEADER RECORD \n", 0), 0u);
     EXPECT_NE(log.find("OpenFlight file version: 1420\nRGB mode: true\n\n PUSH LEVEL RECORD "), std::string::npos);

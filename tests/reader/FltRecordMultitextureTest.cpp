@@ -23,20 +23,16 @@ TEST(MultitextureRecord, layersFollowTheLowBitsOfTheMaskConsumeBytesInOrderAndRe
     EXPECT_EQ((std::vector<int>{eight->layer[0].texture, eight->layer[0].data, eight->layer[1].texture}),
               (std::vector<int>{11, 12, 0}));
     EXPECT_NE(fieldsOf(*eight).find("layer[7]: \n  texture: 0\n"), std::string::npos);
-}
 
-TEST(MultitextureRecord, maskWithOnlyHighBitsSelectsNoLayer)
-{
-    FltRecordBytes bytes(52, 16);
-    bytes.u32(4, 0x80000000u).u16(8, 9);
-    auto multi = decodeRecord<FltRecordMultitexture>(bytes);
-    for (int n = 0; n < 8; ++n) EXPECT_FALSE(multi->hasLayerN(n)) << n;
-    EXPECT_EQ(multi->layer[0].texture, 0);
-    EXPECT_EQ(fieldsOf(*multi), "attributeMask: 0x80000000\n");
+    // Only the low eight bits name layers; bit 31 is there to test, a number outside the word is none.
+    cut.u32(4, 0x80000000u);
+    auto high = decodeRecord<FltRecordMultitexture>(cut);
+    for (int n = 0; n < 8; ++n) EXPECT_FALSE(high->hasLayerN(n)) << n;
+    EXPECT_EQ(high->layer[0].texture, 0);
+    EXPECT_EQ(fieldsOf(*high), "attributeMask: 0x80000000\n");
     EXPECT_EQ(fieldsOf(*decodeRecord<FltRecordMultitexture>(FltRecordBytes(52, 8))), "attributeMask: 0\n");
-    // Bit 31 is there to test; a number outside the word is no layer.
-    EXPECT_TRUE(multi->hasLayerN(31));
-    EXPECT_FALSE(multi->hasLayerN(32) || multi->hasLayerN(-1));
+    EXPECT_TRUE(high->hasLayerN(31));
+    EXPECT_FALSE(high->hasLayerN(32) || high->hasLayerN(-1));
 }
 
 TEST(UVListRecord, findsEachVertexLayerPairByTheMaskAndKeepsOnlyWholeValues)
