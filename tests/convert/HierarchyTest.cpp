@@ -73,21 +73,7 @@ TEST(Hierarchy, theLastLongIdNamesTheNodeAndCommentLinesAfterTheFirstRunToItsEnd
     }
 }
 
-TEST(Hierarchy, popOnAnEmptyStackWarnsAndTheWalkGoesOn)
-{
-    FltFixture db;
-    db.header().push().pop().pop();
-    db.group("late").push().pop();
-    Converted c(db);
-    const std::string message = "WARNING ! trying a pop() but stack is empty! (File corrupted ?)";
-    EXPECT_EQ(c.messages, (Names{message}));
-    EXPECT_EQ(c.levels, std::vector<int>{2});
-    EXPECT_NE(c.errors.find(message + "\n(Warning Level: 2)\n\n"), std::string::npos);
-    // "late" came after the root's level closed: it belongs to no group.
-    EXPECT_EQ(hierarchy(c), "");
-}
-
-TEST(Hierarchy, pushesNeverClosedEndWithTheRecordsAndRecordsBeforeTheFirstPushAreDropped)
+TEST(Hierarchy, pushesNeverClosedEndWithTheRecordsAndRecordsOutsideTheRootsLevelAreDropped)
 {
     FltFixture open;
     Converted c(open.header().push().group("g").push().group("h").push());
@@ -97,6 +83,12 @@ TEST(Hierarchy, pushesNeverClosedEndWithTheRecordsAndRecordsBeforeTheFirstPushAr
     FltFixture early;
     Converted e(early.header().group("early").push().group("inside").push().pop().pop());
     EXPECT_EQ(hierarchy(e), "");
+    // "late" comes after the root's level closed; the pop past it warns and the walk goes on
+    // (the warning's text, level and echo: ConversionRun's options test).
+    FltFixture late;
+    Converted l(late.header().push().pop().pop().group("late").push().pop());
+    EXPECT_EQ(hierarchy(l), "");
+    EXPECT_EQ(l.messages.size(), 1u);
 }
 
 TEST(Hierarchy, everyGroupNotifiesItsParentsAgainOnceConverted)
