@@ -21,12 +21,15 @@ TEST(HeaderConversion, unitsAndOldMultipliersScaleTheRootToMetresAheadOfTheShape
         {1570, 2, 0, -1}, {1570, 3, 0, -1},  // values the table does not list count as metres
         // Before revision 13 a unit multiplier (positive) or divisor (negative) applies; a
         // multiplier of 0 collapses the geometry: the established behaviour.
-        {12, 0, -100, 0.01f}, {12, 4, 2, 0.6096f}, {13, 0, -100, -1}, {12, 0, 1, -1}, {12, 0, 0, 0.0f},
+        {12, 0, -100, 0.01f}, {12, 4, 2, 0.6096f}, {13, 0, -100, -1}, {12, 0, 0, 0.0f},
+        {11, 0, 1, -1},  // the oldest revision converted
     };
     for (const Case& k : cases) {
         FltFixture db;
         Converted c(db.header(k.revision, k.units, 0, k.multiplier).push().pop());
         SCOPED_TRACE(testing::Message() << k.revision << " " << int(k.units) << " " << k.multiplier);
+        EXPECT_EQ(c.root->getRefCount(), 1);
+        EXPECT_TRUE(c.messages.empty());
         const int s = k.scale != -1 ? 1 : 0;
         EXPECT_EQ(tree(c.root), std::string("Separator:root[") + (s ? "Scale " : "") +
                                     "ShapeHints TextureCoordinateBinding NormalBinding]");

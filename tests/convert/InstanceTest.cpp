@@ -16,35 +16,25 @@ FltFixture& definition(FltFixture& db, int16_t number, const std::string& group)
 
 }  // namespace
 
-TEST(Instance, referencesShowTheLatestDefinitionsOwnSeparator)
+TEST(Instance, referencesShowTheLatestDefinitionsOwnSeparatorAlsoInsideOtherInstances)
 {
     // References before any definition, or to none, add nothing and say nothing.
     FltFixture db;
     db.header().push().instanceReference(7).instanceReference(-5);
     definition(db, 7, "first").instanceReference(7).instanceReference(7);
     definition(db, 7, "second").instanceReference(7);
-    Converted c(db.pop());
+    db.instanceDefinition(1).push().instanceReference(7).group("trunk").push().pop().pop();
+    Converted c(db.instanceReference(1).pop());
     const std::string first = "Separator:InstanceDefinition_7[Separator:first]";
     const std::string second = "Separator:InstanceDefinition_7[Separator:second]";
-    EXPECT_EQ(hierarchy(c), first + " " + first + " " + first + " " + second + " " + second);
+    const std::string outer = "Separator:InstanceDefinition_1[" + second + " Separator:trunk]";
+    EXPECT_EQ(hierarchy(c), first + " " + first + " " + first + " " + second + " " + second + " " + outer + " " + outer);
     EXPECT_EQ(hierarchyChild(c, 1), hierarchyChild(c, 0));
     EXPECT_EQ(hierarchyChild(c, 2), hierarchyChild(c, 0));
     EXPECT_EQ(hierarchyChild(c, 4), hierarchyChild(c, 3));
+    EXPECT_EQ(childAs<SoNode>(hierarchyChild(c, 5), 0), hierarchyChild(c, 3));
+    EXPECT_EQ(hierarchyChild(c, 6), hierarchyChild(c, 5));
     EXPECT_TRUE(c.messages.empty());
-}
-
-TEST(Instance, instancesNestInOtherInstances)
-{
-    FltFixture db;
-    db.header().push();
-    definition(db, 2, "leaf");
-    db.instanceDefinition(1).push().instanceReference(2).group("trunk").push().pop().pop();
-    Converted c(db.instanceReference(1).pop());
-    const std::string leaf = "Separator:InstanceDefinition_2[Separator:leaf]";
-    const std::string outer = "Separator:InstanceDefinition_1[" + leaf + " Separator:trunk]";
-    EXPECT_EQ(hierarchy(c), leaf + " " + outer + " " + outer);
-    EXPECT_EQ(childAs<SoNode>(hierarchyChild(c, 1), 0), hierarchyChild(c, 0));
-    EXPECT_EQ(hierarchyChild(c, 2), hierarchyChild(c, 1));
 }
 
 TEST(Instance, referenceInsideItsOwnDefinition_isRefusedWithMessage)
