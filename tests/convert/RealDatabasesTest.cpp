@@ -2,11 +2,6 @@
 // the written scene reads back, and every database converts exactly as recorded.
 #include <gtest/gtest.h>
 
-#include <Inventor/SoInput.h>
-#include <Inventor/SoOutput.h>
-#include <Inventor/actions/SoWriteAction.h>
-#include <Inventor/nodes/SoIndexedFaceSet.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -56,41 +51,15 @@ TEST(RealDatabases, writtenSceneReadsBackWithTheSameFaces)
 {
     const std::string data = sharedDataDir();
     if (data.empty()) GTEST_SKIP() << "../shared/data is absent: the real databases are not in this checkout";
-    const std::string bytes = readFile(data + "/osg/scene-15.7.flt");
-    Converted c(bytes, "scene.flt");
-    const std::string iv = c.dir.file("scene.iv");
-    SoOutput out;
-    ASSERT_TRUE(out.openFile(iv.c_str()));
-    SoWriteAction(&out).apply(c.root);
-    out.closeFile();
-    SoInput in;
-    ASSERT_TRUE(in.openFile(iv.c_str()));
-    SoSeparator* back = SoDB::readAll(&in);
+    Converted c(readFile(data + "/osg/scene-15.7.flt"), "scene.flt");
+    SoSeparator* back = readBack(c.root);
     ASSERT_NE(back, nullptr);
-    back->ref();
     EXPECT_EQ(facesInFaceSets(back), facesInFaceSets(c.root));
     EXPECT_NE(findNamed(back, "vertexColorNormalUVProperty"), nullptr);
     back->unref();
 }
 
 namespace {
-
-// The scene as ASCII Inventor text.
-std::string sceneText(SoNode* root)
-{
-    struct Buffer {
-        static void* grow(void* data, size_t size) { return std::realloc(data, size); }
-    };
-    SoOutput out;
-    out.setBuffer(std::malloc(1 << 16), 1 << 16, Buffer::grow);
-    SoWriteAction(&out).apply(root);
-    void* data = nullptr;
-    size_t size = 0;
-    out.getBuffer(data, size);
-    std::string text(static_cast<const char*>(data), size);
-    std::free(data);
-    return text;
-}
 
 // 64-bit FNV-1a, as sixteen hexadecimal digits.
 std::string digest(const std::string& text)

@@ -2,11 +2,15 @@
 #pragma once
 
 #include <Inventor/SoDB.h>
+#include <Inventor/SoInput.h>
+#include <Inventor/SoOutput.h>
 #include <Inventor/actions/SoSearchAction.h>
+#include <Inventor/actions/SoWriteAction.h>
 #include <Inventor/nodes/SoGroup.h>
 #include <Inventor/nodes/SoIndexedFaceSet.h>
 #include <Inventor/nodes/SoSeparator.h>
 
+#include <cstdlib>
 #include <optional>
 #include <string>
 #include <vector>
@@ -44,12 +48,6 @@ public:
     Converted& operator=(const Converted&) = delete;
 
     std::string log() const { return readFile(path + ".log"); }
-    bool hasMessage(const std::string& text) const
-    {
-        for (const auto& m : messages)
-            if (m == text) return true;
-        return false;
-    }
 
     ScratchDir dir;
     std::string path;
@@ -147,27 +145,6 @@ public:
     int status = -1;
 };
 
-// The type names of a group's children, in order ("Separator", "ShapeHints", ...).
-inline std::vector<std::string> childTypes(SoNode* node)
-{
-    std::vector<std::string> types;
-    auto* group = dynamic_cast<SoGroup*>(node);
-    if (!group) return types;
-    for (int i = 0; i < group->getNumChildren(); ++i)
-        types.push_back(group->getChild(i)->getTypeId().getName().getString());
-    return types;
-}
-
-// The names of a group's children, in order.
-inline std::vector<std::string> childNames(SoNode* node)
-{
-    std::vector<std::string> names;
-    auto* group = dynamic_cast<SoGroup*>(node);
-    if (!group) return names;
-    for (int i = 0; i < group->getNumChildren(); ++i) names.push_back(group->getChild(i)->getName().getString());
-    return names;
-}
-
 // The first node below root with this name, or null.
 inline SoNode* findNamed(SoNode* root, const char* name)
 {
@@ -204,7 +181,6 @@ T* childAs(SoNode* node, int index)
     return child->isOfType(T::getClassTypeId()) ? static_cast<T*>(child) : nullptr;
 }
 
-using Types = std::vector<std::string>;
 using Names = std::vector<std::string>;
 
 // The root's first children (shape hints and two bindings) come before the hierarchy.
@@ -242,4 +218,33 @@ inline std::string hierarchy(const Converted& c)
     for (int i = kHeaderChildren; i < c.root->getNumChildren(); ++i)
         text += (text.empty() ? "" : " ") + tree(c.root->getChild(i));
     return text;
+}
+
+// The scene as ASCII Inventor text.
+inline std::string sceneText(SoNode* root)
+{
+    struct Buffer {
+        static void* grow(void* data, size_t size) { return std::realloc(data, size); }
+    };
+    SoOutput out;
+    out.setBuffer(std::malloc(1 << 16), 1 << 16, Buffer::grow);
+    SoWriteAction(&out).apply(root);
+    void* data = nullptr;
+    size_t size = 0;
+    out.getBuffer(data, size);
+    std::string text(static_cast<const char*>(data), size);
+    std::free(data);
+    return text;
+}
+
+// The scene written as Inventor text and read back, with a reference the caller releases
+// (null when the text does not read).
+inline SoSeparator* readBack(SoNode* root)
+{
+    const std::string text = sceneText(root);
+    SoInput in;
+    in.setBuffer(text.data(), text.size());
+    SoSeparator* back = SoDB::readAll(&in);
+    if (back) back->ref();
+    return back;
 }
