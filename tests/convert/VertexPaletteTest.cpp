@@ -2,7 +2,6 @@
 // offset map finds it again.
 #include <gtest/gtest.h>
 
-#include <Inventor/nodes/SoSwitch.h>
 #include <Inventor/nodes/SoVertexProperty.h>
 
 #include "ConvertSupport.h"
@@ -39,11 +38,7 @@ TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnPropertyAndTheOffsetMapFinds
     HeldConversion h(db);
     ASSERT_EQ(h.status, 0);
 
-    SoNode* palette = findNamed(h.root, "vertexPropertyPalette");
-    EXPECT_EQ(tree(palette), "Switch:vertexPropertyPalette[VertexProperty:vertexColorProperty "
-                             "VertexProperty:vertexColorNormalProperty VertexProperty:vertexColorUVProperty "
-                             "VertexProperty:vertexColorNormalUVProperty]");
-    EXPECT_EQ(static_cast<SoSwitch*>(palette)->whichChild.getValue(), SO_SWITCH_NONE);
+    // The golden scene pins the palette's hidden switch of the four properties.
     SoVertexProperty* colour = property(h, "vertexColorProperty");
     ASSERT_EQ(colour->vertex.getNum(), 1);
     EXPECT_EQ(colour->vertex[0], SbVec3f(1, 2, 3));
