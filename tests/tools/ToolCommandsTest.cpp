@@ -142,13 +142,12 @@ TEST_F(ToolTest, truncatedDatabase_keepsWhatCameBeforeTheDamageAndSaysSo)
     FltFixture db;
     db.header(1570).push().group("g1").add(FltRecordBytes(2, 44).declaredLength(400));
     const std::string input = write("cut.flt", db.bytes());
-    for (const char* mode : {"--classic", "--no-log"}) {
+    for (const char* mode : {"--no-log", "--classic"}) {
         const RunResult converted = runTool({"convert", input, mode});
         EXPECT_EQ(converted.status, 0) << converted.err;
         EXPECT_TRUE(contains(converted.err, "ERROR")) << converted.err;
     }
-    // The empty group stands in the classic scene; as authored it draws nothing.
-    ASSERT_EQ(runTool({"convert", input, "--classic"}).status, 0);
+    // The empty group stands in the classic scene, written last; as authored it draws nothing.
     EXPECT_TRUE(contains(readFile(dir.file("cut.iv")), "DEF g1 "));
 
     const RunResult info = runTool({"info", input});
@@ -293,9 +292,9 @@ TEST_F(ToolTest, stats_writesTheStatisticsFileAndPrintsIt)
     const std::string input = write("db.flt", smallDatabase());
     const RunResult r = runTool({"stats", input});
     ASSERT_EQ(r.status, 0) << r.err;
+    // The file's lines: Statistics.countsEachOpcodeOnce...
     const std::string stat = readFile(input + ".stat");
-    const std::string head = "#Openflight Statistics File\n\n\n************************\n" + input + "\n";
-    EXPECT_EQ(stat.rfind(head + " \n Opcode 1:  1 ", 0), 0u) << stat;
+    EXPECT_TRUE(contains(stat, input + "\n \n Opcode 1:  1 ")) << stat;
     EXPECT_EQ(r.out, stat + "\n");
 }
 
