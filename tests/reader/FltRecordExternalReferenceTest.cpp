@@ -15,12 +15,8 @@ TEST(ExternalReferenceRecord, pathFillingAll200BytesIsTerminated)
     EXPECT_EQ(std::string(ref->asciiPath), path);
 }
 
-TEST(ExternalReferenceRecord, wordAt212KeepsOnlyItsLowHalfAndACutPathKeepsWhatIsThere)
+TEST(ExternalReferenceRecord, cutPathKeepsWhatIsThere)
 {
-    FltRecordBytes bytes(63, 216);
-    bytes.i16(212, 0x0102).i16(214, 0x0304);
-    EXPECT_EQ(decodeRecord<FltRecordExternalReference>(bytes)->reserved2, 0x0304);
-
     FltRecordBytes cut(63, 12);
     cut.chars(4, "abcdefgh", 8);
     auto ref = decodeRecord<FltRecordExternalReference>(cut);

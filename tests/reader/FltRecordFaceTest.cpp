@@ -32,19 +32,6 @@ TEST(FaceRecord, offsets64To79AreReadFromRevision1500AndOlderFilesTakeThePrimary
     EXPECT_TRUE(endsWith(fieldsOf(*old), "red=0.188235\nprimaryColorIndex: 40000\n"));
 }
 
-TEST(FaceRecord, flagHelpersReadTheirOwnBitsOnly)
-{
-    FltRecordBytes bytes(5, 80);
-    bytes.u32(44, 0x50000000u);
-    auto face = decodeRecord<FltRecordFace>(bytes);
-    EXPECT_TRUE(face->isNoColor() && face->isPackedColor());
-    EXPECT_FALSE(face->isHidden());
-    bytes.u32(44, 0x04000000u);
-    face = decodeRecord<FltRecordFace>(bytes);
-    EXPECT_TRUE(face->isHidden());
-    EXPECT_FALSE(face->isNoColor() || face->isPackedColor());
-}
-
 TEST(FaceRecord, recordCutAfterItsTransparencyKeepsItAndReadsTheRestAsZero)
 {
     FltRecordBytes bytes(5, 42);
