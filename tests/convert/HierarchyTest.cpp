@@ -33,17 +33,14 @@ TEST(Hierarchy, groupsBecomeNamedSeparatorsInFileOrder)
 {
     // A primary record without push level takes the next record as its only child. A leaf
     // group directly followed by a pop level takes that pop as its single child and ignores
-    // it, so the level it closed stays open: the established walk, kept. Primary records
-    // without converter are passed over silently.
+    // it, so the level it closed stays open: the established walk, kept. (The golden scene
+    // pins that records without converter are passed over silently.)
     FltFixture db;
     db.header().push();
     db.group("g1").push().group("g2").push().pop().group("g3").push().group("g4").push().pop().pop().pop();
     db.group("outer").group("inner").push().pop();
     db.group("a").push().group("leaf").pop();
     db.group("b").push().pop().pop();
-    db.add(FltRecordBytes(101, 64));  // light source
-    db.add(FltRecordBytes(99, 8));    // unknown opcode
-    db.add(FltRecordBytes(200, 8));   // beyond the record set
     Converted c(db.group("last").push().pop().pop());
     EXPECT_EQ(hierarchy(c), "Separator:g1[Separator:g2 Separator:g3[Separator:g4]] Separator:outer[Separator:inner] "
                             "Separator:a[Separator:leaf Separator:b] Separator:last");
