@@ -15,15 +15,6 @@ TEST(ExternalReferenceRecord, pathFillingAll200BytesIsTerminated)
     EXPECT_EQ(std::string(ref->asciiPath), path);
 }
 
-TEST(ExternalReferenceRecord, cutPathKeepsWhatIsThere)
-{
-    FltRecordBytes cut(63, 12);
-    cut.chars(4, "abcdefgh", 8);
-    auto ref = decodeRecord<FltRecordExternalReference>(cut);
-    EXPECT_STREQ(ref->asciiPath, "abcdefgh");
-    EXPECT_EQ(ref->flags | ref->reserved2, 0);
-}
-
 TEST(ExtensionAttributeRecord, keepsTheBytesAfterOffset24AsItsDataAndNoneWhenShorter)
 {
     FltRecordBytes bytes(100, 30);

@@ -1,4 +1,5 @@
-// The face record: both sides of the revision 1500 branch, flags and colours.
+// The face record: both sides of the revision 1500 branch and the colour indices (a face cut
+// short: FltBytesTest).
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -30,13 +31,4 @@ TEST(FaceRecord, offsets64To79AreReadFromRevision1500AndOlderFilesTakeThePrimary
                                 old->alternateColorIndex, old->reserved6, old->reserved7}),
               (std::vector<int>{-1, 0, 40000, 40000, 0, 0}));
     EXPECT_TRUE(endsWith(fieldsOf(*old), "red=0.188235\nprimaryColorIndex: 40000\n"));
-}
-
-TEST(FaceRecord, recordCutAfterItsTransparencyKeepsItAndReadsTheRestAsZero)
-{
-    FltRecordBytes bytes(5, 42);
-    bytes.chars(4, "cut", 8).u16(40, 7);
-    auto face = decodeRecord<FltRecordFace>(bytes, 1570);
-    EXPECT_EQ(face->transparency, 7);
-    EXPECT_EQ(face->flags | face->textureMappingIndex | face->primaryColorIndex | face->packedColor[3], 0);
 }

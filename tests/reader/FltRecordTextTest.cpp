@@ -4,7 +4,7 @@
 #include "RecordTestSupport.h"
 #include "reader/FltRecordText.h"
 
-TEST(TextRecord, fullWidthNameAndFontStayTerminatedAndACutFontKeepsWhatIsThere)
+TEST(TextRecord, fullWidthNameAndFontStayTerminated)
 {
     const std::string font(120, 'f');
     FltRecordBytes bytes(95, 316);
@@ -13,11 +13,4 @@ TEST(TextRecord, fullWidthNameAndFontStayTerminatedAndACutFontKeepsWhatIsThere)
     ASSERT_TRUE(text);
     EXPECT_STREQ(text->idASCII, "label_01");
     EXPECT_EQ(std::string(text->fontName), font);
-
-    FltRecordBytes cut(95, 180);
-    cut.chars(4, "short", 8).f64(164, 6).chars(172, "Cour", 8);
-    auto shortText = decodeRecord<FltRecordText>(cut);
-    EXPECT_EQ(shortText->ZupperRightCorner, 6.0);
-    EXPECT_STREQ(shortText->fontName, "Cour");
-    EXPECT_EQ(shortText->lineStyle, 0);
 }

@@ -1,21 +1,10 @@
-// Transformation records: a matrix cut short, and the put transform's own class, which no
-// file creates (the golden log pins the other dumps, the put transform read as
-// rotate-about-edge among them; the matrix conversion test pins the order of the values).
+// The put transform's own class, which no file creates (the golden log pins the other
+// transformation dumps, the put transform read as rotate-about-edge among them; the matrix
+// conversion test pins the order of the values; FltBytesTest a matrix cut short).
 #include <gtest/gtest.h>
 
 #include "RecordTestSupport.h"
 #include "reader/FltRecordTransformations.h"
-
-TEST(MatrixRecords, valuesPastACutReadAsZero)
-{
-    FltRecordBytes bytes(49, 36);
-    for (size_t n = 0; n < 8; ++n) bytes.f32(4 + 4 * n, 1);
-    auto cut = decodeRecord<FltRecordMatrix>(bytes);
-    ASSERT_TRUE(cut);
-    EXPECT_EQ(cut->matrix[1][3], 1.0f);
-    EXPECT_EQ(cut->matrix[2][0], 0.0f);
-    EXPECT_EQ(cut->matrix[3][3], 0.0f);
-}
 
 TEST(PutTransformRecord, hasItsOwnDecoderAndDump)
 {
