@@ -1,6 +1,8 @@
-// The opcode factory: every opcode yields an object, the table's deliberate decisions, and
-// every class decoding every cut of a record without reading past it. The headings and
-// categories of the table are pinned by the golden log of tests/convert/EveryRecordTest.cpp.
+// The opcode factory: every opcode yields an object, the table's deliberate decisions (the
+// put transform's class, which no file creates, among them), every class decoding every cut
+// of a record without reading past it, and the block allocation of record objects. The
+// headings and categories of the table are pinned by the golden log of
+// tests/convert/EveryRecordTest.cpp, the other transformation dumps too.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -10,6 +12,7 @@
 #include "EveryRecordDatabase.h"
 #include "RecordTestSupport.h"
 #include "reader/FltCreationVisitor.h"
+#include "reader/FltRecordAllocator.h"
 #include "reader/FltRecordTransformations.h"
 #include "reader/FltRecordUnknown.h"
 
@@ -102,4 +105,38 @@ TEST(OpcodeFactory, everyClassDecodesAndDumpsEveryCutOfARecordWithoutReadingPast
         }
     }
     EXPECT_GT(decoded, 70000u);
+}
+
+TEST(PutTransformRecord, hasItsOwnDecoderAndDump)
+{
+    // Eighteen doubles 1 to 18, then the angle 33.
+    FltRecordBytes bytes(82, 156);
+    for (size_t n = 0; n < 18; ++n) bytes.f64(8 + 8 * n, static_cast<double>(n + 1));
+    auto put = decodeDirectly<FltRecordPutTransform>(bytes.f32(152, 33.0f));
+    EXPECT_EQ(put->XToOrigin, 10.0);
+    EXPECT_EQ(dumpOf(*put),
+              "\n PUT TRANSFORM RECORD \n  (ANCILLARY_RECORD)\n-- Opcode: 82  Length: 156 --\n"
+              "XFromOrigin: 1\nYFromOrigin: 2\nZFromOrigin: 3\nXFromAlign: 4\nYFromAlign: 5\nZFromAlign: 6\n"
+              "XFromTrack: 7\nYFromTrack: 8\nZFromTrack: 9\nXToOrigin: 10\nYToOrigin: 11\nZToOrigin: 12\n"
+              "XToAlign: 13\nYToAlign: 14\nZToAlign: 15\nXToTrack: 16\nYToTrack: 17\nZToTrack: 18\n"
+              "angleToRotate: 33\n");
+}
+
+// The room of a record replaced right after it was built is reused; any other freed room
+// waits for its whole block.
+TEST(FltRecordAllocator, onlyTheObjectCarvedLastGivesItsRoomBack)
+{
+    void* first = fltrecordmemory::allocate(400);
+    fltrecordmemory::release(first, 400);
+    void* again = fltrecordmemory::allocate(48);
+    EXPECT_EQ(again, first);
+
+    void* next = fltrecordmemory::allocate(48);
+    EXPECT_NE(next, again);
+    fltrecordmemory::release(again, 48);  // not the last one carved: its room stays taken
+    void* after = fltrecordmemory::allocate(48);
+    EXPECT_NE(after, again);
+    EXPECT_NE(after, next);
+    fltrecordmemory::release(after, 48);
+    fltrecordmemory::release(next, 48);
 }

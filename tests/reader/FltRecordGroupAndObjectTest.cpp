@@ -1,8 +1,10 @@
-// Group, object, comment and replicate records (the golden log shows a long identifier).
+// Group, object, comment, replicate and text records (the golden log shows a long identifier
+// and the text's dump).
 #include <gtest/gtest.h>
 
 #include "RecordTestSupport.h"
 #include "reader/FltRecordGroupAndObject.h"
+#include "reader/FltRecordText.h"
 
 TEST(GroupRecord, wordAtOffset28IsReadOnlyAfterRevision1420)
 {
@@ -39,4 +41,15 @@ TEST(ReplicateRecord, countIsOne32BitWordSoA16BitCountIsMultiplied)
     FltRecordBytes plain(60, 12);
     plain.i32(4, 4);
     EXPECT_EQ(decodeRecord<FltRecordReplicate>(plain)->numberOfReplications, 4);
+}
+
+TEST(TextRecord, fullWidthNameAndFontStayTerminated)
+{
+    const std::string font(120, 'f');
+    FltRecordBytes bytes(95, 316);
+    bytes.chars(4, "label_01", 8).i32(12, 0x41414141).chars(172, font, 120).i32(292, 0x7F7F7F7F);
+    auto text = decodeRecord<FltRecordText>(bytes);
+    ASSERT_TRUE(text);
+    EXPECT_STREQ(text->idASCII, "label_01");
+    EXPECT_EQ(std::string(text->fontName), font);
 }
