@@ -20,9 +20,10 @@ TEST(MaterialRecord, saysNotUsedWhenTheTopFlagBitIsSet)
               std::string::npos);
 }
 
-TEST(OldMaterialPalette, decodes64EntriesAtTheirStrideAndEmptiesTheNamesBelowRevision14)
+TEST(OldMaterialPalette, emptiesTheNamesBelowRevision14AndReadsMaterialsPastACutAsZero)
 {
-    // Material k has ambient red k, diffuse green 0.5, shininess 32, alpha 1 and name "mk".
+    // The golden log pins the 64 entries at their stride. Material k has ambient red k,
+    // diffuse green 0.5, shininess 32, alpha 1 and name "mk".
     auto palette = [](size_t materials) {
         FltRecordBytes r(66, 4 + 184 * materials);
         for (size_t k = 0; k < materials; ++k) {
@@ -32,14 +33,7 @@ TEST(OldMaterialPalette, decodes64EntriesAtTheirStrideAndEmptiesTheNamesBelowRev
         }
         return r;
     };
-    auto full = decodeRecord<FltRecordOLDMaterialPalette>(palette(64), 14);
-    ASSERT_TRUE(full);
-    const FltOldMaterial& last = full->material(63);
-    EXPECT_EQ((std::vector<float>{last.ambientRed, last.diffuseGreen, last.shininess, last.alpha}),
-              (std::vector<float>{63, 0.5f, 32, 1}));
-    EXPECT_EQ(last.flags, -1);
-    EXPECT_STREQ(last.name, "m63");
-
+    EXPECT_STREQ(decodeRecord<FltRecordOLDMaterialPalette>(palette(64), 14)->material(63).name, "m63");
     auto old = decodeRecord<FltRecordOLDMaterialPalette>(palette(64), 13);
     for (int k = 0; k < 64; ++k) ASSERT_STREQ(old->material(k).name, "");
     EXPECT_EQ(old->material(5).ambientRed, 5.0f);
