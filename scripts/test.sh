@@ -2,7 +2,7 @@
 # Installs what is missing, builds, and runs the whole test suite twice: a normal build and
 # an AddressSanitizer + UndefinedBehaviorSanitizer build; then the suite and the real
 # databases under Valgrind's memcheck, the threaded tests under ThreadSanitizer, and the
-# fuzz target for one minute.
+# two fuzz targets for one minute between them.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup-packages.sh cmake make g++ pkg-config libcoin-dev libgtest-dev libpng-dev libx11-dev libgl-dev libglx-dev \
