@@ -8,14 +8,6 @@
 
 #include "ConvertSupport.h"
 
-TEST(ConversionRun, emptyPathReturnsNullAndWritesNoLog)
-{
-    const bool existed = std::filesystem::exists(".log");
-    EXPECT_EQ(convertFrom(""), nullptr);
-    EXPECT_EQ(convertFrom(nullptr), nullptr);
-    EXPECT_EQ(std::filesystem::exists(".log"), existed);
-}
-
 TEST(ConversionRun, refusedFilesGiveAnEmptyRootWithoutReferenceAndStillCreateTheLog)
 {
     FltFixture old;
@@ -118,7 +110,12 @@ TEST(ConversionRun, optionsWordChoosesTheLogAndWhatReachesTheStandardStreams)
         EXPECT_EQ(qetzfltConvert(path.c_str(), unknown), nullptr);
         EXPECT_NE(err.text().find("ERROR ! Unknown conversion options"), std::string::npos);
     }
+    // An empty path converts nothing and writes no log.
+    const bool existed = std::filesystem::exists(".log");
     EXPECT_EQ(qetzfltConvert("", QETZFLT_LOG_NONE), nullptr);
+    EXPECT_EQ(convertFrom(""), nullptr);
+    EXPECT_EQ(convertFrom(nullptr), nullptr);
+    EXPECT_EQ(std::filesystem::exists(".log"), existed);
     EXPECT_EQ(qetzfltLastMessageCount(), 1);
     // A host empties the process's list; the last conversion's messages stay.
     EXPECT_GE(qetzfltMessageCount(), 8);

@@ -24,14 +24,7 @@ const std::string kLabelPrefix = "From OpenFlight File:  ";
 
 // Several databases in one scratch folder.
 struct Folder {
-    // Writes a database under the folder, making the folders on its way; returns its path.
-    std::string write(const std::string& relative, FltFixture db)
-    {
-        const fs::path path = dir.path() / relative;
-        fs::create_directories(path.parent_path());
-        writeFile(path.string(), db.bytes());
-        return path.string();
-    }
+    std::string write(const std::string& relative, FltFixture& db) { return dir.write(relative, db.bytes()); }
     // A database holding one named group, then the references given, at its top level.
     std::string write(const std::string& relative, const std::string& group, const std::vector<std::string>& refs = {})
     {

@@ -9,6 +9,18 @@
 #include <sstream>
 #include <string>
 
+inline std::string readFile(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+inline void writeFile(const std::string& path, const std::string& bytes)
+{
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
 // A fresh directory under the system's temporary folder, removed with its content.
 class ScratchDir {
 public:
@@ -28,6 +40,13 @@ public:
 
     const std::filesystem::path& path() const { return path_; }
     std::string file(const std::string& name) const { return (path_ / name).string(); }
+    // Writes a file under the directory, making the folders on its way; returns its path.
+    std::string write(const std::string& relative, const std::string& bytes) const
+    {
+        std::filesystem::create_directories((path_ / relative).parent_path());
+        writeFile(file(relative), bytes);
+        return file(relative);
+    }
 
 private:
     std::filesystem::path path_;
@@ -47,18 +66,6 @@ private:
     std::ostringstream buffer_;
     std::streambuf* saved_;
 };
-
-inline std::string readFile(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-inline void writeFile(const std::string& path, const std::string& bytes)
-{
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
 
 // The shared folder of real databases made by other tools, or empty when it is absent.
 inline std::string sharedDataDir()

@@ -30,12 +30,7 @@ std::string smallDatabase()
 
 class ToolTest : public ::testing::Test {
 protected:
-    std::string write(const std::string& name, const std::string& bytes)
-    {
-        fs::create_directories(fs::path(dir.file(name)).parent_path());
-        writeFile(dir.file(name), bytes);
-        return dir.file(name);
-    }
+    std::string write(const std::string& name, const std::string& bytes) { return dir.write(name, bytes); }
     ScratchDir dir;
 };
 
