@@ -45,7 +45,6 @@ TEST(VertexList, holdsOneOffsetPerWholeWordAndALengthBelowTheHeaderHoldsNone)
     bytes.i32(4, 8).i32(8, 48).i32(12, -1).u16(16, 1);
     auto list = decodeRecord<FltRecordVertexList>(bytes);
     EXPECT_EQ(list->offsets, (std::vector<int32_t>{8, 48, -1}));
-    EXPECT_EQ(fieldsOf(*list), "Offset: 8  48  -1  \n");
     EXPECT_EQ(fieldsOf(*decodeRecord<FltRecordVertexList>(FltRecordBytes(72, 4))), "Offset: \n");
 
     // A length below the header must not wrap into a huge word count.
@@ -66,7 +65,6 @@ TEST(MorphVertexList, pairsEveryWordWithTheValueNBytesFurtherOn)
     bytes.i32(4, 8).i32(8, 48);
     auto morph = decodeRecord<FltRecordMorphVertexList>(bytes);
     EXPECT_EQ(morph->offsets, (std::vector<std::pair<int32_t, int32_t>>{{8, 0x80000}, {48, 0}}));
-    EXPECT_EQ(fieldsOf(*morph), "Offset: (8,524288)  (48,0)  \n");
 
     FltRecordBytes four(89, 20);
     four.i32(4, 1).i32(8, 2).i32(12, 3).i32(16, 4);
