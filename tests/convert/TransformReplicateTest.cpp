@@ -56,6 +56,7 @@ TEST(Replicate, eachCopyTakesTheMatrixAfterTheOneTestedAndTheRestReachTheNode)
         int matrices;
         bool closed;  // a push and pop level after the matrices
         Names node, replications;
+        bool comment = false;  // after the matrices, a record that is none stops the replication
     };
     const Case cases[] = {
         {0, 1, true, {"1"}, {}},
@@ -63,12 +64,16 @@ TEST(Replicate, eachCopyTakesTheMatrixAfterTheOneTestedAndTheRestReachTheNode)
         {5, 4, true, {}, {"2", "node", "4", "node"}},
         {2, 5, true, {"5"}, {"2", "node", "4", "node"}},
         {4, 3, false, {}, {"2", "node"}},
+        // The record that stopped the replication is passed over, whichever step met it.
+        {3, 1, true, {}, {}, true},
+        {3, 0, true, {}, {}, true},
     };
     for (const Case& k : cases) {
         SCOPED_TRACE(k.count);
         FltFixture db;
         db.header().push().group("g").replicate(k.count);
         for (int i = 1; i <= k.matrices; ++i) db.translationMatrix(static_cast<float>(i), 0, 0);
+        if (k.comment) db.comment("not a matrix");
         if (k.closed) db.push().pop().pop();
         Converted c(db);
         ASSERT_EQ(c.root->getNumChildren(), kHeaderChildren + 2);
@@ -77,18 +82,6 @@ TEST(Replicate, eachCopyTakesTheMatrixAfterTheOneTestedAndTheRestReachTheNode)
         EXPECT_EQ(shapeOf(hierarchyChild(c, 1), hierarchyChild(c, 0)), k.replications);
         EXPECT_TRUE(c.messages.empty());
     }
-}
-
-TEST(Replicate, recordAfterTheTestedMatrixNotAMatrix_stopsTheReplication)
-{
-    FltFixture db;
-    db.header().push();
-    db.group("g").replicate(3).translationMatrix(1, 0, 0).comment("not a matrix").push().pop();
-    db.group("h").replicate(3).comment("first").push().pop();
-    Converted c(db.pop());
-    // The record that stopped the replication is passed over, whichever step met it.
-    EXPECT_EQ(hierarchy(c), "Separator:g Separator:Replications Separator:h Separator:Replications");
-    EXPECT_TRUE(c.messages.empty());
 }
 
 TEST(Replicate, eachCopyPassesOverOneRecordAfterTheAncillaryRecords)
