@@ -28,22 +28,15 @@ void face(FltFixture& db, const std::vector<int32_t>& offsets, int16_t texture =
     db.face(spec).push().vertexList(offsets).pop();
 }
 
-FltVertexSpec at(double x, double y)
-{
-    FltVertexSpec s;
-    s.x = x, s.y = y;
-    return s;
-}
-
 // Three vertices of each kind, by kind (68, 69, 71, 70).
 struct Palette {
     explicit Palette(FltFixture& db)
     {
         db.vertexPalette();
-        for (int i = 0; i < 3; ++i) color.push_back(db.vertexColor(at(i, 0)));
-        for (int i = 0; i < 3; ++i) colorNormal.push_back(db.vertexColorNormal(at(i, 1)));
-        for (int i = 0; i < 3; ++i) colorUv.push_back(db.vertexColorUv(at(i, 2)));
-        for (int i = 0; i < 3; ++i) colorNormalUv.push_back(db.vertexColorNormalUv(at(i, 3)));
+        for (int i = 0; i < 3; ++i) color.push_back(db.vertexColor(vertexAt(i, 0)));
+        for (int i = 0; i < 3; ++i) colorNormal.push_back(db.vertexColorNormal(vertexAt(i, 1)));
+        for (int i = 0; i < 3; ++i) colorUv.push_back(db.vertexColorUv(vertexAt(i, 2)));
+        for (int i = 0; i < 3; ++i) colorNormalUv.push_back(db.vertexColorNormalUv(vertexAt(i, 3)));
     }
     std::vector<int32_t> color, colorNormal, colorUv, colorNormalUv;
 };

@@ -13,20 +13,13 @@ SoVertexProperty* property(HeldConversion& h, const char* name)
     return static_cast<SoVertexProperty*>(findNamed(h.root, name));
 }
 
-FltVertexSpec at(double x, double y, double z)
-{
-    FltVertexSpec s;
-    s.x = x, s.y = y, s.z = z;
-    return s;
-}
-
 }  // namespace
 
 TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnPropertyAndTheOffsetMapFindsIt)
 {
     FltFixture db;
     db.header().vertexPalette();
-    FltVertexSpec a = at(1, 2, 3), b = at(4, 5, 6), c = at(7, 8, 9), d = at(10, 11, 12);
+    FltVertexSpec a = vertexAt(1, 2, 3), b = vertexAt(4, 5, 6), c = vertexAt(7, 8, 9), d = vertexAt(10, 11, 12);
     b.i = 0, b.j = 1, b.k = 0;
     c.u = 0.25f, c.v = 0.75f;
     d.u = 0.5f, d.v = 0.125f;
@@ -70,8 +63,8 @@ TEST(VertexPalette, the100001stVertexGrowsItsPropertyAndColourOnlyPositionsGoToA
     // is empty, so the positions are dropped and the vertices stay at the origin.
     FltFixture db;
     db.header().vertexPalette();
-    for (int i = 0; i <= 100000; ++i) db.vertexColorNormalUv(at(i, 0, 0));
-    for (int i = 0; i <= 100001; ++i) db.vertexColor(at(1, 1, 1));
+    for (int i = 0; i <= 100000; ++i) db.vertexColorNormalUv(vertexAt(i, 0, 0));
+    for (int i = 0; i <= 100001; ++i) db.vertexColor(vertexAt(1, 1, 1));
     HeldConversion h(db);
     const FltSharedVertexProperties& shared = h.builder().getVertexProperties();
     SoVertexProperty* richest = shared.property(VERTEX_COLOR_NORMAL_UV_PROPERTY_ID);

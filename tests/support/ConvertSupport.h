@@ -26,6 +26,14 @@
 #include "reader/FltRecordMaterial.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 
+// A vertex at this position, its other fields as the fixture leaves them.
+inline FltVertexSpec vertexAt(double x, double y, double z = 0)
+{
+    FltVertexSpec s;
+    s.x = x, s.y = y, s.z = z;
+    return s;
+}
+
 // One conversion of a fixture: the root (released at the end), what went to standard
 // output and error, the console messages it added and the log file's text.
 class Converted {
