@@ -28,7 +28,8 @@ TEST(Instance, referencesShowTheLatestDefinitionsOwnSeparatorAlsoInsideOtherInst
     const std::string first = "Separator:InstanceDefinition_7[Separator:first]";
     const std::string second = "Separator:InstanceDefinition_7[Separator:second]";
     const std::string outer = "Separator:InstanceDefinition_1[" + second + " Separator:trunk]";
-    EXPECT_EQ(hierarchy(c), first + " " + first + " " + first + " " + second + " " + second + " " + outer + " " + outer);
+    EXPECT_EQ(hierarchy(c),
+              first + " " + first + " " + first + " " + second + " " + second + " " + outer + " " + outer);
     EXPECT_EQ(hierarchyChild(c, 1), hierarchyChild(c, 0));
     EXPECT_EQ(hierarchyChild(c, 2), hierarchyChild(c, 0));
     EXPECT_EQ(hierarchyChild(c, 4), hierarchyChild(c, 3));

@@ -17,12 +17,9 @@ TEST(ExternalReferenceRecord, pathFillingAll200BytesIsTerminated)
 
 TEST(ExtensionAttributeRecord, keepsTheBytesAfterOffset24AsItsDataAndNoneWhenShorter)
 {
-    FltRecordBytes bytes(100, 30);
-    bytes.chars(12, "siteABCD", 8).u16(22, 40000).chars(24, "\x01\x02xyz\xff", 6);
-    auto ext = decodeRecord<FltRecordExtensionAttribute>(bytes);
+    // The golden log pins the fields before offset 24.
+    auto ext = decodeRecord<FltRecordExtensionAttribute>(FltRecordBytes(100, 30).chars(24, "\x01\x02xyz\xff", 6));
     ASSERT_TRUE(ext);
-    EXPECT_STREQ(ext->idSite, "siteABCD");
-    EXPECT_EQ(ext->recordCode, 40000);
     ASSERT_EQ(ext->dataLength, 6u);
     EXPECT_EQ(std::string(ext->data, ext->dataLength), std::string("\x01\x02xyz\xff", 6));
 
