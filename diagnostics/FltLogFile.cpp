@@ -21,9 +21,17 @@ std::mutex& outputMutex()
     return mutex;
 }
 
-// What standard output is pointed at once a classic conversion with a log has run: the log
-// of the conversion running, or else the buffer standard output had before. Made once and
-// never freed: another thread may hold it at any time.
+// The buffer standard output had when the library was loaded: the process's own, as a rule.
+std::streambuf* const standardAtLoad = std::cout.rdbuf();
+
+// What standard output is pointed at while a classic conversion with a log runs: the log of
+// the conversion running, or else where standard output went. Made once and never freed:
+// another thread may hold it at any time.
+//
+// Found on the buffer of the process, the route stays for good, so threads writing to
+// standard output never see it swapped again. Found on a buffer of the host's own (a
+// capture, a console), it is given back when the last logging conversion ends: the host
+// may free that buffer afterwards, even after pointing standard output at the route again.
 class StandardOutputRoute : public std::streambuf {
 public:
     static StandardOutputRoute& instance()
@@ -31,8 +39,10 @@ public:
         static StandardOutputRoute* route = new StandardOutputRoute;
         return *route;
     }
-    FltLogFile::Buffer* log = nullptr;   // guarded by outputMutex
-    std::streambuf* original = nullptr;  // guarded by outputMutex
+    // All guarded by outputMutex.
+    FltLogFile::Buffer* log = nullptr;
+    std::streambuf* host = nullptr;  // the host's own buffer, while conversions hold it
+    int taken = 0;                   // logging conversions that have not ended
 
 protected:
     int overflow(int c) override
@@ -48,14 +58,19 @@ protected:
             log->putLocked(s, static_cast<size_t>(n));
             return n;
         }
-        return original ? original->sputn(s, n) : n;
+        std::streambuf* to = fallbackLocked();
+        return to ? to->sputn(s, n) : n;
     }
     int sync() override
     {
         std::lock_guard<std::mutex> lock(outputMutex());
         if (log) return log->flushLocked() ? 0 : -1;
-        return original ? original->pubsync() : 0;
+        std::streambuf* to = fallbackLocked();
+        return to ? to->pubsync() : 0;
     }
+
+private:
+    std::streambuf* fallbackLocked() const { return host ? host : standardAtLoad; }
 };
 
 }  // namespace
@@ -155,8 +170,12 @@ void FltLogFile::takeStandardOutput()
     if (tookStandardOutput_) return;
     StandardOutputRoute& route = StandardOutputRoute::instance();
     std::lock_guard<std::mutex> lock(outputMutex());
-    // Pointed once; only when the host has pointed standard output elsewhere since, again.
-    if (std::cout.rdbuf() != &route) route.original = std::cout.rdbuf(&route);
+    std::streambuf* current = std::cout.rdbuf();
+    if (current != &route) {
+        std::cout.rdbuf(&route);
+        if (current != standardAtLoad) route.host = current;
+    }
+    ++route.taken;
     route.log = &buffer_;
     tookStandardOutput_ = true;
 }
@@ -168,4 +187,8 @@ FltLogFile::~FltLogFile()
     StandardOutputRoute& route = StandardOutputRoute::instance();
     std::lock_guard<std::mutex> lock(outputMutex());
     if (route.log == &buffer_) route.log = nullptr;
+    if (--route.taken == 0 && route.host) {
+        if (std::cout.rdbuf() == &route) std::cout.rdbuf(route.host);
+        route.host = nullptr;
+    }
 }

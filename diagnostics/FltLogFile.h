@@ -3,11 +3,13 @@
 //
 // A classic conversion sends standard output to its log while it runs, as the established
 // converter did: whatever the host writes there meanwhile lands in the log too. Standard
-// output is pointed once at a stream buffer of the process's own, never freed, which
-// passes writes to the log of the conversion running, or else where standard output went
-// before; every write into a log takes one process-wide lock. So a thread writing to
-// standard output while conversions come and go can neither crash nor tear a line, and
-// standard output is never swapped under it.
+// output is pointed at a stream buffer of the process's own, never freed, which passes
+// writes to the log of the conversion running, or else where standard output went; every
+// write into a log takes one process-wide lock. Found on the process's own buffer, that
+// route stays: a thread writing to standard output while conversions come and go can
+// neither crash nor tear a line, and standard output is never swapped under it. Found on a
+// buffer the host pointed it at, standard output is given back to that buffer when the
+// last logging conversion ends, and the route never forwards to it afterwards.
 #pragma once
 
 #include <memory>

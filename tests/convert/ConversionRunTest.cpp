@@ -53,6 +53,20 @@ TEST(ConversionRun, standardOutputIsRestoredAfterAConversionWhetherOrNotTheLogOp
         root->unref();
     }
     EXPECT_EQ(readFile(dir.file("x.flt.log")).find("after the conversion"), std::string::npos);
+    // A host that captures standard output while it points at the library's route, and
+    // frees its capture once it has pointed it back there, is not written through later.
+    CaptureStandardOutputFile file;
+    convertFrom(dir.file("x.flt").c_str())->unref();
+    {
+        CaptureStream inner(std::cout);
+        convertFrom(dir.file("x.flt").c_str())->unref();
+        std::cout << "in the inner capture\n";
+        EXPECT_NE(inner.text().find("in the inner capture\n"), std::string::npos);
+    }
+    std::cout << "after the inner capture\n";
+    const std::string text = file.text();
+    EXPECT_NE(text.find("after the inner capture\n"), std::string::npos);
+    EXPECT_EQ(text.find("in the inner capture"), std::string::npos);
 }
 
 TEST(ConversionRun, optionsWordChoosesTheLogAndWhatReachesTheStandardStreams)

@@ -1,6 +1,9 @@
 // Small helpers shared by the tests: a scratch directory and stream capture.
 #pragma once
 
+#include <unistd.h>
+
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -65,6 +68,47 @@ private:
     std::ostream& stream_;
     std::ostringstream buffer_;
     std::streambuf* saved_;
+};
+
+// Sends the process's standard output file into a temporary file for the capture's
+// lifetime: what reaches it through std::cout without the stream being pointed elsewhere.
+class CaptureStandardOutputFile {
+public:
+    CaptureStandardOutputFile() : file_(std::tmpfile()), saved_(dup(1))
+    {
+        std::fflush(stdout);
+        if (!file_ || saved_ < 0 || dup2(fileno(file_), 1) < 0) throw std::runtime_error("cannot capture fd 1");
+    }
+    ~CaptureStandardOutputFile()
+    {
+        restore();
+        std::fclose(file_);
+    }
+    CaptureStandardOutputFile(const CaptureStandardOutputFile&) = delete;
+    CaptureStandardOutputFile& operator=(const CaptureStandardOutputFile&) = delete;
+    // Ends the capture and gives what it received.
+    std::string text()
+    {
+        restore();
+        std::string all;
+        std::rewind(file_);
+        char chunk[65536];
+        for (size_t n; (n = std::fread(chunk, 1, sizeof chunk, file_)) > 0;) all.append(chunk, n);
+        return all;
+    }
+
+private:
+    void restore()
+    {
+        if (saved_ < 0) return;
+        std::cout.flush();
+        std::fflush(stdout);
+        dup2(saved_, 1);
+        close(saved_);
+        saved_ = -1;
+    }
+    std::FILE* file_;
+    int saved_;
 };
 
 // The shared folder of real databases made by other tools, or empty when it is absent.
