@@ -1,11 +1,15 @@
-// The entry points of include/QetzFlt/QetzFlt.h for tools: database facts and the
-// statistics file. They parse without building and write nothing to the standard streams.
+// The entry points of include/QetzFlt/QetzFlt.h for tools: database facts, the statistics
+// file and texture images as PNG. They build no scene and write nothing to the standard
+// streams.
+#include <exception>
 #include <map>
 #include <string>
 #include <utility>
 
 #include "QetzFlt/QetzFlt.h"
 #include "convert/FltConversion.h"
+#include "convert/FltPngImage.h"
+#include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltInput.h"
 #include "reader/FltRecord.h"
 #include "reader/FltRecordExternalReference.h"
@@ -99,5 +103,36 @@ int qetzfltWriteStatistics(const char* path)
     } catch (...) {
         return 1;
     }
+}
+
+int qetzfltWriteImageAsPng(const char* image, const char* png)
+{
+    try {
+        // In the conversions' turn: the console's messages, and Coin's image reader, are shared.
+        auto turn = FltConversion::takeTurn();
+        FltWarningMessageConsole::ConversionMessages messages(false);
+        const std::string imagePath = image ? image : "";
+        const std::string pngPath = png ? png : "";
+        std::vector<unsigned char> encoded;
+        int width = 0, height = 0;
+        std::string why;
+        if (!fltEncodePng(imagePath, encoded, width, height, why)) {
+            FltWarningMessageConsole::notifyMessage("WARNING ! Cannot read the image " + imagePath + ": " + why, 2, true);
+            return 1;
+        }
+        if (!fltWriteFileReplacing(pngPath, encoded, why)) {
+            FltWarningMessageConsole::notifyMessage("WARNING ! No PNG written for " + imagePath + ": " + why, 2, true);
+            return 2;
+        }
+        return 0;
+    } catch (const std::exception& e) {
+        try {
+            FltWarningMessageConsole::notifyMessage(std::string("WARNING ! Cannot convert the image: ") + e.what(), 2,
+                                                    true);
+        } catch (...) {
+        }
+    } catch (...) {
+    }
+    return 1;
 }
 }

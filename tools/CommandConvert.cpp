@@ -15,8 +15,10 @@
 #include <string>
 
 #include "Commands.h"
+#include "QetzFltLibrary.h"
 #include "SceneSummary.h"
 #include "ToolSupport.h"
+#include "VrmlOutput.h"
 
 namespace {
 
@@ -30,6 +32,8 @@ const char* const kConvertUsage =
     "  --vrml2      VRML97 (VRML 2.0) instead of Inventor; VRML viewers expect Y up, see --yup\n"
     "  --yup        rotate the Z-up database into the Y-up frame that Inventor and VRML viewers expect\n"
     "Texture file names are written relative to the output file, so that they resolve from there.\n"
+    "VRML output gets node names that are VRML identifiers, and each texture image as a PNG file\n"
+    "beside OUT (named after the image), which its ImageTexture urls name.\n"
     "  --classic    the classic conversion: exactly what the library's convertFrom returns\n"
     "  --no-log     leave the record dump out of the log (it keeps the parse progress)\n"
     "The library writes its log next to the input (IN.flt.log).\n";
@@ -73,7 +77,6 @@ int commandConvert(int argc, char** argv)
 
     rewriteTextureNames(conversion.root, conversion.directory, directoryOf(output));
 
-
     SoNode* written = conversion.root;
     SoSeparator* wrapper = nullptr;
     if (args.has("--yup")) {
@@ -88,7 +91,13 @@ int commandConvert(int argc, char** argv)
     SoToVRML2Action toVrml;
     const std::string outputDir = directoryOf(output);
     if (vrml) {
-        // The image textures it makes load their (rewritten) names at once: from the output's place.
+        // The folder first: the PNG textures go there, and the image textures that the
+        // action makes load their (rewritten) names at once, from the output's place.
+        if (!makeParentDirectory(output)) {
+            std::cerr << "qetzflt convert: cannot write " << output << "\n";
+            if (wrapper) wrapper->unref();
+            return kFailed;
+        }
         SoInput::addDirectoryFirst(outputDir.c_str());
         toVrml.apply(written);
         SoInput::removeDirectory(outputDir.c_str());
@@ -107,7 +116,13 @@ int commandConvert(int argc, char** argv)
         std::cerr << "qetzflt convert: cannot write " << output << "\n";
         status = kFailed;
     } else {
-        if (vrml) out.setHeaderString("#VRML V2.0 utf8");
+        if (vrml) {
+            // The VRML scene is the action's own: the library's scene keeps its names.
+            makeVrmlNamesValid(written);
+            if (QetzFltLibrary* library = loadLibrary())
+                writeVrmlTexturesAsPng(written, outputDir, *library, std::cerr);
+            out.setHeaderString("#VRML V2.0 utf8");
+        }
         out.setBinary(args.has("--binary"));
         SoWriteAction writer(&out);
         writer.apply(written);

@@ -60,6 +60,7 @@ QetzFltLibrary::QetzFltLibrary()
     find(messageText, "qetzfltMessageText");
     find(messageLevel, "qetzfltMessageLevel");
     find(clearMessages, "qetzfltClearMessages");
+    find(writeImageAsPng, "qetzfltWriteImageAsPng");
     if (!convertFrom) error_ = path_ + " does not export convertFrom";
 }
 

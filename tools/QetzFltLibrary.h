@@ -33,6 +33,7 @@ public:
     decltype(&::qetzfltMessageText) messageText = nullptr;
     decltype(&::qetzfltMessageLevel) messageLevel = nullptr;
     decltype(&::qetzfltClearMessages) clearMessages = nullptr;
+    decltype(&::qetzfltWriteImageAsPng) writeImageAsPng = nullptr;
 
 private:
     void* handle_ = nullptr;

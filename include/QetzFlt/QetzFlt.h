@@ -98,6 +98,18 @@ int qetzfltInspect(const char* path, QetzfltFactFunction fact, void* user);
  * nothing to standard output or error. */
 int qetzfltWriteStatistics(const char* path);
 
+/*
+ * Reads the image file at image through the scene graph library's image reader (SGI .rgb,
+ * .rgba, .int, .inta and the other formats of Coin's image loader) and writes it as a PNG
+ * file at png, with the image's components (grey, grey and alpha, RGB or RGBA) and its top
+ * row first, through a temporary name in the same folder renamed once complete: what VRML97
+ * and glTF viewers read. Returns 0 when written, 1 when the image cannot be read (missing,
+ * not a regular file, not an image the reader knows), 2 when the PNG cannot be written.
+ * Takes its turn with conversions; the messages, one on failure, say why (kept, not echoed:
+ * see qetzfltLastMessageText). Writes nothing to standard output or error.
+ */
+int qetzfltWriteImageAsPng(const char* image, const char* png);
+
 /* Every message the process has been given since it last cleared them, oldest first (see
  * qetzfltLastMessageText); a text stays valid until the next conversion or clearing. */
 int qetzfltMessageCount(void);
