@@ -80,3 +80,31 @@ TEST(RenderTest, unreachableDisplay_failsWithReason)
     EXPECT_EQ(r.status, 1);
     EXPECT_TRUE(contains(r.err, "cannot open X display :987")) << r.err;
 }
+
+// The demo written as VRML97 and drawn from that file: the model with its PNG textures.
+TEST(RenderTest, vrmlFileReadBackShowsTheModel)
+{
+    ScratchDir dir;
+    const std::string demo = writeDemoDatabase(dir);
+    const std::string wrl = dir.file("vrml/demo.wrl"), png = dir.file("vrml.png");
+    const RunResult convert = runTool({"convert", demo, "--vrml2", "-o", wrl});
+    ASSERT_EQ(convert.status, 0) << convert.err;
+    const RunResult r = runRender({"render", wrl, "-o", png, "--size", "320x240", "--view", "top"});
+    for (const char* reason : {"X server", "X display", "GLX", "OpenGL"})
+        if (r.status != 0 && contains(r.err, reason)) GTEST_SKIP() << "no X server could be started: " << r.err;
+    ASSERT_EQ(r.status, 0) << r.err;
+    // Read without complaint: no name refused, every texture loaded.
+    EXPECT_FALSE(contains(r.err, "Coin read error")) << r.err;
+    EXPECT_FALSE(contains(r.err, "could not be read")) << r.err;
+    PngPicture picture;
+    ASSERT_TRUE(readPng(png, picture));
+    int drawn = 0;
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x) drawn += isBackground(picture.at(x, y)) ? 0 : 1;
+    EXPECT_GT(drawn, 0.3 * 320 * 240);
+    EXPECT_LT(drawn, 0.98 * 320 * 240);
+    // The grass texture, from grass.png, near the terrain's south-west corner.
+    const unsigned char* grass = picture.at(70, 200);
+    EXPECT_GT(grass[1], grass[0] + 20) << int(grass[0]) << " " << int(grass[1]) << " " << int(grass[2]);
+    EXPECT_GT(grass[1], grass[2] + 20);
+}

@@ -1,0 +1,216 @@
+// qetzflt convert --vrml2: VRML97 files that Coin reads back, with node names that are
+// identifiers and the textures as PNG files beside them.
+#include <gtest/gtest.h>
+
+#include <Inventor/SoDB.h>
+#include <Inventor/SoInput.h>
+#include <Inventor/VRMLnodes/SoVRMLImageTexture.h>
+#include <Inventor/VRMLnodes/SoVRMLIndexedFaceSet.h>
+#include <Inventor/SoFullPath.h>
+#include <Inventor/actions/SoSearchAction.h>
+#include <Inventor/nodes/SoSeparator.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "TestSupport.h"
+#include "ToolRunner.h"
+#include "tools/FltFixture.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A .wrl file read back with Coin: the nodes of a type, each once.
+class ReadBack {
+public:
+    explicit ReadBack(const std::string& path)
+    {
+        if (!SoDB::isInitialized()) SoDB::init();
+        SoInput in;
+        if (in.openFile(path.c_str())) root = SoDB::readAll(&in);
+        if (root) root->ref();
+    }
+    ~ReadBack()
+    {
+        if (root) root->unref();
+    }
+    ReadBack(const ReadBack&) = delete;
+    ReadBack& operator=(const ReadBack&) = delete;
+
+    template <class Node>
+    std::vector<Node*> all() const
+    {
+        std::vector<Node*> nodes;
+        if (!root) return nodes;
+        SoSearchAction search;
+        search.setType(Node::getClassTypeId());
+        search.setInterest(SoSearchAction::ALL);
+        search.setSearchingAll(TRUE);
+        search.apply(root);
+        for (int i = 0; i < search.getPaths().getLength(); ++i) {
+            // The full path: a VRML shape's appearance and geometry are hidden children.
+            SoNode* tail = static_cast<SoFullPath*>(search.getPaths()[i])->getTail();
+            if (!tail->isOfType(Node::getClassTypeId())) continue;
+            auto* node = static_cast<Node*>(tail);
+            if (std::find(nodes.begin(), nodes.end(), node) == nodes.end()) nodes.push_back(node);
+        }
+        return nodes;
+    }
+    // Every url of every image texture.
+    std::vector<std::string> textureUrls() const
+    {
+        std::vector<std::string> urls;
+        for (SoVRMLImageTexture* texture : all<SoVRMLImageTexture>())
+            for (int i = 0; i < texture->url.getNum(); ++i) urls.push_back(texture->url[i].getString());
+        return urls;
+    }
+
+    SoSeparator* root = nullptr;
+};
+
+size_t occurrences(const std::string& text, const std::string& part)
+{
+    size_t n = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++n;
+    return n;
+}
+
+// The names after DEF in a written file.
+std::set<std::string> defNames(const std::string& wrl)
+{
+    std::set<std::string> names;
+    for (size_t at = wrl.find("DEF "); at != std::string::npos; at = wrl.find("DEF ", at + 4)) {
+        const size_t end = wrl.find_first_of(" \n", at + 4);
+        names.insert(wrl.substr(at + 4, end - at - 4));
+    }
+    return names;
+}
+
+}  // namespace
+
+TEST(ToolVrmlTest, demoReadsBackWithItsTexturesAsPngBesideTheFile)
+{
+    ScratchDir dir;
+    const std::string demo = writeDemoDatabase(dir);
+    for (const char* classic : {"", "--classic"}) {
+        SCOPED_TRACE(*classic ? "classic" : "as authored");
+        const std::string out = dir.file(std::string("out") + classic + "/demo.wrl");
+        std::vector<std::string> args{"convert", demo, "--vrml2", "--yup", "-o", out};
+        if (*classic) args.push_back(classic);
+        const RunResult r = runTool(args);
+        ASSERT_EQ(r.status, 0) << r.err;
+        EXPECT_FALSE(contains(r.err, "left out")) << r.err;
+
+        const std::string wrl = readFile(out);
+        for (const std::string& name : defNames(wrl))
+            EXPECT_EQ(name.find_first_of("\"#'(),.[\\]{|}"), std::string::npos) << name;
+        const ReadBack back(out);
+        ASSERT_NE(back.root, nullptr);
+        // Every face set written is read: the file was read to its end.
+        EXPECT_EQ(back.all<SoVRMLIndexedFaceSet>().size(), occurrences(wrl, "IndexedFaceSet {"));
+        EXPECT_GE(back.all<SoVRMLIndexedFaceSet>().size(), 10u);
+
+        std::set<std::string> pngs;
+        for (const std::string& url : back.textureUrls()) {
+            EXPECT_EQ(fs::path(url).extension(), ".png") << url;
+            EXPECT_TRUE(fs::is_regular_file(fs::path(out).parent_path() / url)) << url;
+            pngs.insert(url);
+        }
+        EXPECT_EQ(pngs, (std::set<std::string>{"brick.png", "grass.png", "roof.png", "stripes.png"}));
+        PngPicture grass;
+        ASSERT_TRUE(readPng(fs::path(out).parent_path() / "grass.png", grass));
+        EXPECT_EQ(grass.width, 64);
+        EXPECT_GT(grass.at(10, 10)[1], grass.at(10, 10)[0] + 20);  // green
+    }
+    // The classic scene's switch is named "lamps_(flt_switch)" there: the parentheses go.
+    EXPECT_TRUE(contains(readFile(dir.file("out--classic/demo.wrl")), "DEF lamps__flt_switch_ "));
+}
+
+TEST(ToolVrmlTest, invalidNamesBecomeDistinctIdentifiersAndAMissingTextureIsLeftOut)
+{
+    ScratchDir dir;
+    FltFixture db;
+    db.header().texturePattern(0, "tex/gone.rgb").texturePattern(1, "tex/text.rgb").vertexPalette();
+    const int a = db.vertexColor(0, 0, 0), b = db.vertexColor(4, 0, 0), c = db.vertexColor(4, 2, 0);
+    FltFaceSpec gone, text;
+    gone.texturePatternIndex = 0;
+    text.texturePatternIndex = 1;
+    db.push();
+    for (const char* name : {"a_b", "a(b", "a)b", "9lives", "x+y"}) {
+        db.group(name).push().object("o").push();
+        db.face(gone).push().vertexList({a, b, c}).pop().face(text).push().vertexList({a, c, b}).pop();
+        db.pop().pop();
+    }
+    const std::string input = dir.write("db.flt", db.pop().bytes());
+    dir.write("tex/text.rgb", "not an image");
+
+    const RunResult r = runTool({"convert", input, "--vrml2", "--classic"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(contains(r.err, "qetzflt convert: texture tex/gone.rgb left out of the VRML file: Cannot read the image " +
+                                    dir.file("tex/gone.rgb") + ": No such file or directory"))
+        << r.err;
+    EXPECT_TRUE(contains(r.err, "qetzflt convert: texture tex/text.rgb left out of the VRML file")) << r.err;
+    const std::string wrl = readFile(dir.file("db.wrl"));
+    EXPECT_FALSE(contains(wrl, ".rgb"));
+    const std::set<std::string> names = defNames(wrl);
+    for (const char* name : {"a_b", "a_b_2", "a_b_3", "_9lives", "x_y"})
+        EXPECT_EQ(names.count(name), 1u) << name << " in " << wrl.substr(0, 400);
+    const ReadBack back(dir.file("db.wrl"));
+    ASSERT_NE(back.root, nullptr);
+    EXPECT_EQ(back.all<SoVRMLIndexedFaceSet>().size(), occurrences(wrl, "IndexedFaceSet {"));
+    EXPECT_TRUE(back.textureUrls().empty());
+}
+
+// Every database of ../shared/data, in a copy of the folder (the logs go beside the copies),
+// as authored and classic: each .wrl reads back whole, with the face sets it holds, and its
+// textures name PNG files that exist.
+TEST(ToolVrmlSharedDataTest, everyDatabaseReadsBackFromVrml)
+{
+    const std::string data = sharedDataDir();
+    if (data.empty()) GTEST_SKIP() << "../shared/data is absent: the real databases cannot be converted";
+    ScratchDir copy;
+    std::vector<std::string> databases;
+    for (const auto& entry : fs::recursive_directory_iterator(data)) {
+        const fs::path relative = fs::relative(entry.path(), data);
+        if (entry.is_directory()) {
+            fs::create_directories(copy.path() / "in" / relative);
+        } else if (entry.is_regular_file()) {
+            fs::copy_file(entry.path(), copy.path() / "in" / relative);
+            std::string extension = relative.extension().string();
+            std::transform(extension.begin(), extension.end(), extension.begin(), ::tolower);
+            if (extension == ".flt") databases.push_back(relative.generic_string());
+        }
+    }
+    std::sort(databases.begin(), databases.end());
+    ASSERT_FALSE(databases.empty());
+    // Databases without a face.
+    const std::set<std::string> empty{"real/switch/switch.flt"};
+    int withTextures = 0;
+    for (const std::string& name : databases) {
+        for (const char* classic : {"", "--classic"}) {
+            SCOPED_TRACE(name + " " + classic);
+            const std::string out = copy.file(std::string("out") + classic + "/" + name + ".wrl");
+            std::vector<std::string> args{"convert", copy.file("in/" + name), "--vrml2", "--no-log", "-o", out};
+            if (*classic) args.push_back(classic);
+            const RunResult r = runTool(args);
+            ASSERT_EQ(r.status, 0) << r.err;
+            const std::string wrl = readFile(out);
+            const ReadBack back(out);
+            ASSERT_NE(back.root, nullptr) << r.err;
+            const size_t faceSets = back.all<SoVRMLIndexedFaceSet>().size();
+            EXPECT_EQ(faceSets, occurrences(wrl, "IndexedFaceSet {"));
+            EXPECT_EQ(faceSets == 0, empty.count(name) == 1) << faceSets << " face sets";
+            const std::vector<std::string> urls = back.textureUrls();
+            withTextures += urls.empty() ? 0 : 1;
+            for (const std::string& url : urls) {
+                EXPECT_EQ(fs::path(url).extension(), ".png") << url;
+                EXPECT_TRUE(fs::is_regular_file(fs::path(out).parent_path() / url)) << url;
+            }
+        }
+    }
+    EXPECT_GT(withTextures, 10);
+}
