@@ -66,9 +66,18 @@ bool isIdentifierRest(unsigned char c)
     return c > 0x20 && c < 0x7F && !std::strchr("\"#'()+,.[\\]{|}", c);
 }
 
+// VRML97's keywords, which no name may be.
+bool isKeyword(const std::string& name)
+{
+    static const std::set<std::string> keywords{"DEF",   "EXTERNPROTO", "FALSE",        "IS",    "NULL",
+                                                "PROTO", "ROUTE",       "TO",           "TRUE",  "USE",
+                                                "eventIn", "eventOut",  "exposedField", "field"};
+    return keywords.count(name) != 0;
+}
+
 bool isIdentifier(const std::string& name)
 {
-    if (name.empty() || !isIdentifierStart(static_cast<unsigned char>(name[0]))) return false;
+    if (name.empty() || isKeyword(name) || !isIdentifierStart(static_cast<unsigned char>(name[0]))) return false;
     return std::all_of(name.begin(), name.end(), [](char c) { return isIdentifierRest(static_cast<unsigned char>(c)); });
 }
 
@@ -120,6 +129,7 @@ std::string vrmlIdentifier(const std::string& name)
     for (char& c : id)
         if (!isIdentifierRest(static_cast<unsigned char>(c))) c = '_';
     if (!id.empty() && !isIdentifierStart(static_cast<unsigned char>(id[0]))) id.insert(0, "_");
+    if (isKeyword(id)) id += "_";
     return id;
 }
 

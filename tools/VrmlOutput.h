@@ -12,7 +12,8 @@ class SoNode;
 // `name` as an identifier that VRML97 and Coin's reader take: every character that either
 // refuses (controls, space, non-ASCII bytes, " # ' ( ) + , . [ \ ] { | } and DEL; Coin reads
 // "+" as the start of its own instance suffix) becomes "_", and a name that does not start
-// with a letter or "_" gets "_" in front. Empty stays empty.
+// with a letter or "_" gets "_" in front; a VRML keyword (USE, NULL, TRUE...) gets "_" after
+// it. Empty stays empty.
 std::string vrmlIdentifier(const std::string& name);
 
 // Renames every node of the VRML scene below root whose name is not an identifier (see

@@ -140,7 +140,7 @@ TEST(ToolVrmlTest, invalidNamesBecomeDistinctIdentifiersAndAMissingTextureIsLeft
     gone.texturePatternIndex = 0;
     text.texturePatternIndex = 1;
     db.push();
-    for (const char* name : {"a_b", "a(b", "a)b", "9lives", "x+y"}) {
+    for (const char* name : {"a_b", "a(b", "a)b", "9lives", "x+y", "NULL"}) {
         db.group(name).push().object("o").push();
         db.face(gone).push().vertexList({a, b, c}).pop().face(text).push().vertexList({a, c, b}).pop();
         db.pop().pop();
@@ -157,7 +157,7 @@ TEST(ToolVrmlTest, invalidNamesBecomeDistinctIdentifiersAndAMissingTextureIsLeft
     const std::string wrl = readFile(dir.file("db.wrl"));
     EXPECT_FALSE(contains(wrl, ".rgb"));
     const std::set<std::string> names = defNames(wrl);
-    for (const char* name : {"a_b", "a_b_2", "a_b_3", "_9lives", "x_y"})
+    for (const char* name : {"a_b", "a_b_2", "a_b_3", "_9lives", "x_y", "NULL_"})
         EXPECT_EQ(names.count(name), 1u) << name << " in " << wrl.substr(0, 400);
     const ReadBack back(dir.file("db.wrl"));
     ASSERT_NE(back.root, nullptr);
