@@ -32,11 +32,11 @@ const char* const kConvertUsage =
     "  --vrml2      VRML97 (VRML 2.0) instead of Inventor; VRML viewers expect Y up, see --yup\n"
     "  --yup        rotate the Z-up database into the Y-up frame that Inventor and VRML viewers expect\n"
     "Texture file names are written relative to the output file, so that they resolve from there.\n"
-    "VRML output gets node names that are VRML identifiers, and each texture image as a PNG file\n"
-    "beside OUT (named after the image), which its ImageTexture urls name.\n"
     "  --classic    the classic conversion: exactly what the library's convertFrom returns\n"
     "  --no-log     leave the record dump out of the log (it keeps the parse progress)\n"
-    "The library writes its log next to the input (IN.flt.log).\n";
+    "The library writes its log next to the input (IN.flt.log).\n"
+    "VRML output gets node names that are VRML identifiers, and each texture image as a PNG file\n"
+    "beside OUT (named after the image), which its ImageTexture urls name.\n";
 
 // Texture names come from the library relative to the database's directory; written
 // files need them relative to their own location. Notification is held back so that
