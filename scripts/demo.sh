@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup-packages.sh cmake make g++ pkg-config libcoin-dev libgtest-dev libpng-dev libx11-dev libgl-dev libglx-dev \
-  libsimage-dev xvfb libgl1-mesa-dri
+  libsimage-dev xvfb libgl1-mesa-dri libsoqt520-dev qtbase5-dev
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
 cmake --build build -j "$(nproc)"
 mkdir -p build/example
@@ -12,3 +12,4 @@ mkdir -p build/example
 build/qetzflt convert build/example/demo.flt -o build/example/demo.iv
 build/qetzflt info build/example/demo.flt
 build/qetzflt render build/example/demo.flt -o build/example/demo.png --size 640x480
+echo "Look at it in the viewer: build/qetzflt view build/example/demo.flt"

@@ -5,7 +5,6 @@
 #include <Inventor/actions/SoGetBoundingBoxAction.h>
 #include <Inventor/nodes/SoSeparator.h>
 
-#include <filesystem>
 #include <iostream>
 #include <string>
 
@@ -26,41 +25,6 @@ const char* const kRenderUsage =
     "               front: from the south\n"
     "  --classic    draw the classic conversion instead of the database as the format means it\n"
     "Without DISPLAY the command starts a virtual X server (Xvfb) of its own.\n";
-
-bool parseSize(const std::string& text, int& width, int& height)
-{
-    const size_t x = text.find('x');
-    if (x == std::string::npos || x == 0 || x + 1 >= text.size()) return false;
-    try {
-        size_t used = 0;
-        width = std::stoi(text.substr(0, x), &used);
-        if (used != x) return false;
-        height = std::stoi(text.substr(x + 1), &used);
-        if (used != text.size() - x - 1) return false;
-    } catch (...) {
-        return false;
-    }
-    return width >= 16 && height >= 16 && width <= 8192 && height <= 8192;
-}
-
-bool isInventorFile(const std::string& path)
-{
-    const std::string ext = std::filesystem::path(path).extension().string();
-    return ext == ".iv" || ext == ".wrl";
-}
-
-// An Inventor file read as it is; null with a message when it cannot be read.
-SoSeparator* readInventorFile(const std::string& path)
-{
-    SoInput in;
-    if (!in.openFile(path.c_str())) {
-        std::cerr << "qetzflt: " << path << ": cannot open\n";
-        return nullptr;
-    }
-    SoSeparator* root = SoDB::readAll(&in);
-    if (!root) std::cerr << "qetzflt: " << path << ": not a readable Inventor file\n";
-    return root;
-}
 
 }  // namespace
 

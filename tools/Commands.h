@@ -7,3 +7,4 @@ int commandInfo(int argc, char** argv);
 int commandDeps(int argc, char** argv);
 int commandStats(int argc, char** argv);
 int commandRender(int argc, char** argv);
+int commandView(int argc, char** argv);

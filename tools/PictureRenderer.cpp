@@ -43,19 +43,6 @@ bool readDisplayNumber(int fd, std::string& number)
     return false;
 }
 
-SbRotation lookRotation(const SbVec3f& direction, const SbVec3f& up)
-{
-    SbVec3f d = direction;
-    d.normalize();
-    SbVec3f right = d.cross(up);
-    right.normalize();
-    const SbVec3f trueUp = right.cross(d);
-    // Rows are the images of the camera's x, y and z axes; the camera looks along -z.
-    const SbMatrix m(right[0], right[1], right[2], 0, trueUp[0], trueUp[1], trueUp[2], 0, -d[0], -d[1], -d[2], 0, 0,
-                     0, 0, 1);
-    return SbRotation(m);
-}
-
 struct X11Window {
     Display* display = nullptr;
     Window window = 0;
@@ -187,6 +174,19 @@ bool VirtualDisplay::ensure(int width, int height, std::string& error)
     }
     setenv("DISPLAY", (":" + number).c_str(), 1);
     return true;
+}
+
+SbRotation lookRotation(const SbVec3f& direction, const SbVec3f& up)
+{
+    SbVec3f d = direction;
+    d.normalize();
+    SbVec3f right = d.cross(up);
+    right.normalize();
+    const SbVec3f trueUp = right.cross(d);
+    // Rows are the images of the camera's x, y and z axes; the camera looks along -z.
+    const SbMatrix m(right[0], right[1], right[2], 0, trueUp[0], trueUp[1], trueUp[2], 0, -d[0], -d[1], -d[2], 0, 0,
+                     0, 0, 1);
+    return SbRotation(m);
 }
 
 bool isKnownView(const std::string& view) { return view == "iso" || view == "top" || view == "front"; }

@@ -8,6 +8,8 @@
 #include <sys/types.h>
 #include <vector>
 
+#include <Inventor/SbLinear.h>
+
 class SoNode;
 
 // An Xvfb server started for the lifetime of this object, when DISPLAY is not set.
@@ -36,6 +38,9 @@ struct Picture {
 // The camera's direction: "iso" (from the south-west, above), "top" (straight down, north
 // up) or "front" (from the south). The database is Z up.
 bool isKnownView(const std::string& view);
+
+// The orientation of a camera that looks along `direction` with `up` upwards in its picture.
+SbRotation lookRotation(const SbVec3f& direction, const SbVec3f& up);
 
 // Draws the scene with two directional lights and a camera that frames its bounding box.
 bool renderPicture(SoNode* scene, const std::string& view, int width, int height, Picture& picture,

@@ -1,6 +1,7 @@
 // Arguments, conversion and paths shared by the qetzflt subcommands.
 #include "ToolSupport.h"
 
+#include <Inventor/SoDB.h>
 #include <Inventor/SoInput.h>
 #include <Inventor/nodes/SoSeparator.h>
 
@@ -129,8 +130,10 @@ bool Conversion::run(const std::string& path, bool echo, const Arguments& args)
 SoSeparator* Conversion::convertWithOptions(QetzFltLibrary& library, const std::string& path, bool echo, bool dump)
 {
     // The library's opening line on standard output is not the tool's output.
-    const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | (echo ? 0u : unsigned(QETZFLT_NO_ECHO)) |
-                                 (dump ? unsigned(QETZFLT_LOG_FILE) : unsigned(QETZFLT_LOG_NO_DUMP)) |
+    const unsigned int log = !writeLog ? unsigned(QETZFLT_LOG_NONE)
+                             : dump    ? unsigned(QETZFLT_LOG_FILE)
+                                       : unsigned(QETZFLT_LOG_NO_DUMP);
+    const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | (echo ? 0u : unsigned(QETZFLT_NO_ECHO)) | log |
                                  (classic ? unsigned(QETZFLT_BUILD_CLASSIC) : unsigned(QETZFLT_BUILD_AS_AUTHORED));
     SoSeparator* converted = library.convertWithOptions(path.c_str(), options);
     if (library.lastMessageCount && library.lastMessageText && library.lastMessageLevel) {
@@ -163,6 +166,41 @@ SoSeparator* Conversion::convertPlain(QetzFltLibrary& library, const std::string
         }
     }
     return converted;
+}
+
+bool parseSize(const std::string& text, int& width, int& height)
+{
+    const size_t x = text.find('x');
+    if (x == std::string::npos || x == 0 || x + 1 >= text.size()) return false;
+    try {
+        size_t used = 0;
+        width = std::stoi(text.substr(0, x), &used);
+        if (used != x) return false;
+        height = std::stoi(text.substr(x + 1), &used);
+        if (used != text.size() - x - 1) return false;
+    } catch (...) {
+        return false;
+    }
+    return width >= 16 && height >= 16 && width <= 8192 && height <= 8192;
+}
+
+bool isInventorFile(const std::string& path)
+{
+    const std::string ext = fs::path(path).extension().string();
+    return ext == ".iv" || ext == ".wrl";
+}
+
+SoSeparator* readInventorFile(const std::string& path)
+{
+    std::string why;
+    SoInput in;
+    if (!isRegularFile(path, &why) || !in.openFile(path.c_str())) {
+        std::cerr << "qetzflt: " << path << ": cannot open" << (why.empty() ? "" : " (" + why + ")") << "\n";
+        return nullptr;
+    }
+    SoSeparator* root = SoDB::readAll(&in);
+    if (!root) std::cerr << "qetzflt: " << path << ": not a readable Inventor file\n";
+    return root;
 }
 
 std::string directoryOf(const std::string& path)

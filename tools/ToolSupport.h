@@ -65,11 +65,22 @@ public:
     std::vector<ConsoleMessage> messages;
     std::string directory;  // the database's directory, absolute
     bool classic = false;   // which conversion ran
+    bool writeLog = true;   // false: no log file at all (QETZFLT_LOG_NONE)
 
 private:
     SoSeparator* convertWithOptions(QetzFltLibrary& library, const std::string& path, bool echo, bool dump);
     SoSeparator* convertPlain(QetzFltLibrary& library, const std::string& path, bool echo);
 };
+
+// A picture size "WIDTHxHEIGHT", 16 to 8192 pixels each.
+bool parseSize(const std::string& text, int& width, int& height);
+
+// Whether the file is one that Coin reads itself (.iv, .wrl) rather than a database.
+bool isInventorFile(const std::string& path);
+
+// An Inventor file read as it is; null with a message on standard error when it cannot be
+// read (a pipe or a device is not opened: reading it could block).
+SoSeparator* readInventorFile(const std::string& path);
 
 // The absolute directory that holds a file.
 std::string directoryOf(const std::string& path);

@@ -5,6 +5,7 @@
 //   qetzflt deps IN.flt
 //   qetzflt stats IN.flt
 //   qetzflt render IN.flt -o OUT.png [--size WxH] [--view iso|top|front]
+//   qetzflt view IN.flt [--classic] [--no-textures] [--screenshot OUT.png] ...
 //
 // Exit status: 0 on success, 1 on a refused or failed conversion (or a missing file for
 // deps), 2 on bad usage.
@@ -28,6 +29,9 @@ const char* const kMainUsage =
     "  deps IN.flt                                               referenced databases and texture files\n"
     "  stats IN.flt                                              write and print the record statistics (IN.flt.stat)\n"
     "  render IN.flt -o OUT.png [--size WxH] [--view iso|top|front]   draw the scene into a PNG picture\n"
+    "  view IN.flt [--classic] [--no-textures] [--screenshot OUT.png]  look at the scene in a window\n"
+    "                                                            (c: conversion, t: textures, m: messages;\n"
+    "                                                            built where SoQt is found)\n"
     "\n"
     "Run 'qetzflt <command> --help' for the options of a command. The commands that convert draw\n"
     "the database as the OpenFlight format means it; --classic gives exactly the classic conversion\n"
@@ -48,10 +52,12 @@ int main(int argc, char** argv)
         std::cout << kMainUsage;
         return kOk;
     }
-    SoDB::init();
     // A file system that refuses (a loop of links, a name too long, a folder gone) ends the
     // command with its reason, never an abort.
     try {
+        // The viewer is a program of its own: nothing to set up here for it.
+        if (command == "view") return commandView(argc, argv);
+        SoDB::init();
         if (command == "convert") return commandConvert(argc, argv);
         if (command == "info") return commandInfo(argc, argv);
         if (command == "deps") return commandDeps(argc, argv);

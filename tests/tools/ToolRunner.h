@@ -82,6 +82,22 @@ inline bool readPng(const std::string& path, PngPicture& picture)
     return ok;
 }
 
+// Whether a pixel has the background colour of the tool's pictures (158, 184, 212).
+inline bool isBackground(const unsigned char* p)
+{
+    return std::abs(p[0] - 158) < 4 && std::abs(p[1] - 184) < 4 && std::abs(p[2] - 212) < 4;
+}
+
+// Whether a drawing command failed for want of a screen (no X server, no OpenGL on it)
+// rather than for a fault of its own.
+inline bool failedForWantOfDisplay(const RunResult& r)
+{
+    if (r.status == 0) return false;
+    for (const char* reason : {"X server", "X display", "GLX", "OpenGL"})
+        if (contains(r.err, reason)) return true;
+    return false;
+}
+
 // Writes the demo database and its files into dir; the path of the main file.
 inline std::string writeDemoDatabase(const ScratchDir& dir)
 {
