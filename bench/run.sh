@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 runs=${1:-7}
-scripts/setup-packages.sh cmake make g++ pkg-config libcoin-dev libgtest-dev libpng-dev libx11-dev libgl-dev \
+scripts/setup-packages.sh cmake make g++ pkg-config libcoin-dev libtinygltf-dev nlohmann-json3-dev libgtest-dev libpng-dev libx11-dev libgl-dev \
   libglx-dev libsimage-dev xvfb libgl1-mesa-dri
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo > /dev/null
 cmake --build build -j "$(nproc)" --target qetzflt-bench qetzflt-bench-generate > /dev/null

@@ -169,6 +169,14 @@ int FltConversion::convert(SoSeparator* root)
     return 0;
 }
 
+std::shared_ptr<const FltScene> FltConversion::scene()
+{
+    if (parse() != 0) return nullptr;
+    std::shared_ptr<const FltScene> scene = FltAuthoredBuilder(context(), nullptr).walk();
+    parser_.records.clear();
+    return scene;
+}
+
 SoSeparator* FltConversion::run()
 {
     if (!SoDB::isInitialized()) SoDB::init();

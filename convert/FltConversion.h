@@ -63,6 +63,9 @@ public:
     void build(SoSeparator* root);
     // parse(), then build() when the database was accepted; 0 or 1 as parse().
     int convert(SoSeparator* root);
+    // parse(), then the as-authored scene of the records, without the scene graph library
+    // (for writers of other formats); then frees the records. Null when refused.
+    std::shared_ptr<const FltScene> scene();
 
     FltParser& getParser() { return parser_; }
     FltInput* getInput() const { return input_; }

@@ -5,11 +5,16 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <Inventor/SoDB.h>
+
 #include <exception>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "convert/FltConversion.h"
+#include "convert/FltGltfWriter.h"
+#include "convert/FltScene.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltParser.h"
 
@@ -71,6 +76,41 @@ SoSeparator* qetzfltConvert(const char* path, unsigned int options)
     } catch (...) {
         return nullptr;
     }
+}
+
+int qetzfltWriteGltf(const char* path, const char* output, unsigned int options)
+{
+    try {
+        FltConversionOptions chosen;
+        if (!FltConversionOptions::fromWord(options, chosen)) {
+            FltWarningMessageConsole::notifyMessage(
+                "ERROR ! Unknown conversion options " + std::to_string(options) + ": nothing written", 3, true);
+            return 2;
+        }
+        if (!path || !*path || !output || !*output) return 1;
+        chosen.builder = FltConversionOptions::Builder::AsAuthored;
+        FltConversion conversion(path, chosen);
+        const std::shared_ptr<const FltScene> scene = conversion.scene();
+        if (!scene) return 1;
+        // The images of textures are read through the scene graph library.
+        if (!SoDB::isInitialized()) SoDB::init();
+        const FltGltfResult result = fltWriteGltf(*scene, output);
+        switch (result.status) {
+        case FltGltfResult::Status::Written: return 0;
+        case FltGltfResult::Status::NothingDrawn:
+            FltWarningMessageConsole::notifyMessage(
+                "ERROR ! " + std::string(path) + " draws nothing: no glTF written", 3, chosen.echo);
+            return 3;
+        case FltGltfResult::Status::NotWritten:
+            FltWarningMessageConsole::notifyMessage("ERROR ! glTF not written: " + result.why, 3, chosen.echo);
+            return 2;
+        }
+    } catch (const std::exception& e) {
+        FltWarningMessageConsole::notifyMessage(std::string("ERROR ! glTF not written: ") + e.what(), 3, true);
+    } catch (...) {
+        FltWarningMessageConsole::notifyMessage("ERROR ! glTF not written", 3, true);
+    }
+    return 2;
 }
 
 int qetzfltLastMessageCount(void)

@@ -19,7 +19,7 @@ case "$target" in
   *) echo "$usage" >&2; exit 2 ;;
 esac
 
-scripts/setup-packages.sh clang libclang-rt-14-dev cmake make libcoin-dev
+scripts/setup-packages.sh clang libclang-rt-14-dev cmake make libcoin-dev libtinygltf-dev nlohmann-json3-dev
 cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ \
   -DQETZFLT_FUZZ=ON -DQETZFLT_BUILD_TESTS=OFF
 build_targets=(qetzflt-fuzz-corpus)

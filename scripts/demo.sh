@@ -3,7 +3,7 @@
 # converts it to an Inventor file, prints what it holds and renders it to a PNG picture.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup-packages.sh cmake make g++ pkg-config libcoin-dev libgtest-dev libpng-dev libx11-dev libgl-dev libglx-dev \
+scripts/setup-packages.sh cmake make g++ pkg-config libcoin-dev libtinygltf-dev nlohmann-json3-dev libgtest-dev libpng-dev libx11-dev libgl-dev libglx-dev \
   libsimage-dev xvfb libgl1-mesa-dri libsoqt520-dev qtbase5-dev
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
 cmake --build build -j "$(nproc)"

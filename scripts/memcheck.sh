@@ -4,7 +4,7 @@
 # Leaks inside Coin's process-wide state (SoDB::init) are suppressed by tests/valgrind.supp.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup-packages.sh valgrind cmake make g++ pkg-config libcoin-dev libgtest-dev libpng-dev libx11-dev \
+scripts/setup-packages.sh valgrind cmake make g++ pkg-config libcoin-dev libtinygltf-dev nlohmann-json3-dev libgtest-dev libpng-dev libx11-dev \
   libgl-dev libglx-dev libsimage-dev xvfb libgl1-mesa-dri
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
 cmake --build build -j "$(nproc)"

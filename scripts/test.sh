@@ -5,12 +5,13 @@
 # two fuzz targets for one minute between them.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup-packages.sh cmake make g++ pkg-config libcoin-dev libgtest-dev libpng-dev libx11-dev libgl-dev libglx-dev \
+scripts/setup-packages.sh cmake make g++ pkg-config libcoin-dev libtinygltf-dev nlohmann-json3-dev libgtest-dev libpng-dev libx11-dev libgl-dev libglx-dev \
   libsimage-dev xvfb libgl1-mesa-dri libsoqt520-dev qtbase5-dev
 jobs=$(nproc)
 
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
 cmake --build build -j "$jobs"
+scripts/setup-gltf-validator.sh build
 (cd build && ctest --output-on-failure -j "$jobs")
 
 cmake -S . -B build-sanitize -DCMAKE_BUILD_TYPE=Debug -DQETZFLT_SANITIZE=ON

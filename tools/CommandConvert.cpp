@@ -9,6 +9,7 @@
 #include <Inventor/nodes/SoTexture2.h>
 #include <Inventor/VRMLnodes/SoVRMLGroup.h>
 
+#include <cctype>
 #include <cmath>
 #include <filesystem>
 #include <iostream>
@@ -23,11 +24,13 @@
 namespace {
 
 const char* const kConvertUsage =
-    "usage: qetzflt convert IN.flt [-o OUT.iv] [--binary] [--vrml2] [--yup] [--classic]\n"
+    "usage: qetzflt convert IN.flt [-o OUT.iv|OUT.wrl|OUT.glb|OUT.gltf] [--binary] [--vrml2] [--yup] [--classic]\n"
     "\n"
     "Converts an OpenFlight database, drawn as the format means it, and writes the scene graph\n"
-    "with Coin.\n"
-    "  -o OUT       output file (default: IN with its extension replaced by .iv, or .wrl with --vrml2)\n"
+    "with Coin, or as glTF 2.0 for today's engines and viewers.\n"
+    "  -o OUT       output file (default: IN with its extension replaced by .iv, or .wrl with --vrml2);\n"
+    "               OUT.glb: binary glTF with everything inside; OUT.gltf: glTF with OUT.bin and PNG\n"
+    "               images beside it (metres, Y up; switches as their mask, levels of detail as the nearest)\n"
     "  --binary     binary Inventor instead of ASCII\n"
     "  --vrml2      VRML97 (VRML 2.0) instead of Inventor; VRML viewers expect Y up, see --yup\n"
     "  --yup        rotate the Z-up database into the Y-up frame that Inventor and VRML viewers expect\n"
@@ -53,6 +56,47 @@ void rewriteTextureNames(SoNode* root, const std::string& databaseDir, const std
     }
 }
 
+bool isGltfName(const std::string& path)
+{
+    std::string extension = std::filesystem::path(path).extension().string();
+    for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return extension == ".glb" || extension == ".gltf";
+}
+
+int writeGltf(const std::string& input, const std::string& output, const Arguments& args)
+{
+    QetzFltLibrary* library = loadLibrary();
+    if (!library) return kFailed;
+    if (!library->writeGltf) {
+        std::cerr << "qetzflt convert: the library " << library->path() << " cannot write glTF\n";
+        return kFailed;
+    }
+    std::string why;
+    if (!isRegularFile(input, &why)) {
+        std::cerr << "qetzflt convert: " << input << ": " << why << "\n";
+        return kFailed;
+    }
+    if (!makeParentDirectory(output)) {
+        std::cerr << "qetzflt convert: cannot write " << output << "\n";
+        return kFailed;
+    }
+    // The library's messages are echoed on standard error as they come.
+    const unsigned int options =
+        QETZFLT_NO_STANDARD_OUTPUT | (args.has("--no-log") ? unsigned(QETZFLT_LOG_NO_DUMP) : unsigned(QETZFLT_LOG_FILE));
+    const int status = library->writeGltf(input.c_str(), output.c_str(), options);
+    if (library->clearMessages) library->clearMessages();
+    if (status == 0) {
+        std::cout << "wrote " << output << "\n";
+        return kOk;
+    }
+    std::cerr << "qetzflt convert: " << output << " not written"
+              << (status == 1   ? ": " + input + " is not an OpenFlight database, or was refused"
+                  : status == 3 ? ": the database draws nothing"
+                                : std::string())
+              << "\n";
+    return kFailed;
+}
+
 }  // namespace
 
 int commandConvert(int argc, char** argv)
@@ -71,6 +115,13 @@ int commandConvert(int argc, char** argv)
     const std::string input = args.positional[0];
     std::string output = args.value("-o");
     if (output.empty()) output = std::filesystem::path(input).replace_extension(vrml ? ".wrl" : ".iv").string();
+    if (isGltfName(output)) {
+        for (const char* flag : {"--binary", "--vrml2", "--yup", "--classic"})
+            if (args.has(flag))
+                return usageError("convert", std::string(flag) + " does not apply to glTF, which is written as authored",
+                                  kConvertUsage);
+        return writeGltf(input, output, args);
+    }
 
     Conversion conversion;
     if (!conversion.run(input, true, args)) return kFailed;

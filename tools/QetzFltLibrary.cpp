@@ -61,6 +61,7 @@ QetzFltLibrary::QetzFltLibrary()
     find(messageLevel, "qetzfltMessageLevel");
     find(clearMessages, "qetzfltClearMessages");
     find(writeImageAsPng, "qetzfltWriteImageAsPng");
+    find(writeGltf, "qetzfltWriteGltf");
     if (!convertFrom) error_ = path_ + " does not export convertFrom";
 }
 

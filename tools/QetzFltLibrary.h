@@ -34,6 +34,7 @@ public:
     decltype(&::qetzfltMessageLevel) messageLevel = nullptr;
     decltype(&::qetzfltClearMessages) clearMessages = nullptr;
     decltype(&::qetzfltWriteImageAsPng) writeImageAsPng = nullptr;
+    decltype(&::qetzfltWriteGltf) writeGltf = nullptr;
 
 private:
     void* handle_ = nullptr;

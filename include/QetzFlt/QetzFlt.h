@@ -65,6 +65,24 @@ enum {
  */
 SoSeparator* qetzfltConvert(const char* path, unsigned int options);
 
+/*
+ * Converts the database at path as authored and writes it as glTF 2.0 to output: a binary
+ * .glb holding everything, or (any other name) a .gltf with its buffer OUTPUT-STEM.bin and
+ * its textures as PNG images beside it. The hierarchy keeps its names and transforms under
+ * a root that turns the database's units into metres and its Z up into glTF's Y up; each
+ * mesh becomes triangles with positions, normals, texture coordinates and vertex colours
+ * where they vary, with a metallic-roughness material (base colour and alpha, BLEND where
+ * transparent, doubleSided where both sides are drawn, KHR_materials_unlit where unlit).
+ * Switches keep the children their mask turns on; of the levels of detail under one
+ * parent, those seen from nearest are written. The options word chooses the log and the
+ * flags as for qetzfltConvert; its builder bits are not read. Files are written under a
+ * temporary name and renamed: nothing half-written is left.
+ * Returns 0 when written, 1 when the database could not be read, 2 when the output could
+ * not be written, 3 when the database draws nothing (then nothing is written); the
+ * messages say why and what was left out. The messages are read as after a conversion.
+ */
+int qetzfltWriteGltf(const char* path, const char* output, unsigned int options);
+
 /* The messages of the last conversion, inspection or statistics run on the calling thread,
  * oldest first: their count, and each one's text (null out of range) and level (1 to 3, 3
  * for errors; 0 out of range). */
