@@ -6,8 +6,10 @@
 #include <Inventor/SoInput.h>
 #include <Inventor/VRMLnodes/SoVRMLImageTexture.h>
 #include <Inventor/VRMLnodes/SoVRMLIndexedFaceSet.h>
-#include <Inventor/SoFullPath.h>
-#include <Inventor/actions/SoSearchAction.h>
+#include <Inventor/fields/SoMFNode.h>
+#include <Inventor/fields/SoSFNode.h>
+#include <Inventor/lists/SoFieldList.h>
+#include <Inventor/misc/SoChildList.h>
 #include <Inventor/nodes/SoSeparator.h>
 
 #include <algorithm>
@@ -41,22 +43,32 @@ public:
     ReadBack(const ReadBack&) = delete;
     ReadBack& operator=(const ReadBack&) = delete;
 
+    // Below the root, through groups' children and node fields (a VRML shape's appearance
+    // and geometry are no children a path shows).
     template <class Node>
     std::vector<Node*> all() const
     {
         std::vector<Node*> nodes;
-        if (!root) return nodes;
-        SoSearchAction search;
-        search.setType(Node::getClassTypeId());
-        search.setInterest(SoSearchAction::ALL);
-        search.setSearchingAll(TRUE);
-        search.apply(root);
-        for (int i = 0; i < search.getPaths().getLength(); ++i) {
-            // The full path: a VRML shape's appearance and geometry are hidden children.
-            SoNode* tail = static_cast<SoFullPath*>(search.getPaths()[i])->getTail();
-            if (!tail->isOfType(Node::getClassTypeId())) continue;
-            auto* node = static_cast<Node*>(tail);
-            if (std::find(nodes.begin(), nodes.end(), node) == nodes.end()) nodes.push_back(node);
+        std::set<SoNode*> seen;
+        std::vector<SoNode*> pending;
+        if (root) pending.push_back(root);
+        while (!pending.empty()) {
+            SoNode* node = pending.back();
+            pending.pop_back();
+            if (!node || !seen.insert(node).second) continue;
+            if (node->isOfType(Node::getClassTypeId())) nodes.push_back(static_cast<Node*>(node));
+            SoFieldList fields;
+            node->getFields(fields);
+            for (int i = 0; i < fields.getLength(); ++i) {
+                if (fields[i]->isOfType(SoSFNode::getClassTypeId())) {
+                    pending.push_back(static_cast<SoSFNode*>(fields[i])->getValue());
+                } else if (fields[i]->isOfType(SoMFNode::getClassTypeId())) {
+                    auto* list = static_cast<SoMFNode*>(fields[i]);
+                    for (int k = 0; k < list->getNum(); ++k) pending.push_back((*list)[k]);
+                }
+            }
+            if (SoChildList* children = node->getChildren())
+                for (int k = 0; k < children->getLength(); ++k) pending.push_back((*children)[k]);
         }
         return nodes;
     }
