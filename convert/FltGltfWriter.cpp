@@ -1,10 +1,6 @@
 // Writing an as-authored scene as glTF 2.0.
 #include "convert/FltGltfWriter.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -12,8 +8,6 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <functional>
 #include <iostream>
 #include <limits>
 #include <map>
@@ -64,37 +58,26 @@ std::string printable(const std::string& name)
 // A PNG's colour type (byte 25) tells whether it carries alpha: grey+alpha or RGBA.
 bool pngHasAlpha(const std::vector<unsigned char>& png) { return png.size() > 25 && (png[25] == 4 || png[25] == 6); }
 
-// Writes bytes to a new file under a temporary name beside `path`, then renames it there.
-bool replaceFile(const std::string& path, const std::function<bool(std::ostream&)>& write, std::string& why)
-{
-    const fs::path target(path);
-    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
-    std::string pattern = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
-    const int fd = mkstemp(pattern.data());
-    if (fd < 0) {
-        why = "cannot create a file in " + folder.string() + ": " + std::strerror(errno);
-        return false;
-    }
-    close(fd);
-    bool ok;
+// What tinygltf writes, gathered where the file writer takes it from.
+class BytesBuffer : public std::streambuf {
+public:
+    explicit BytesBuffer(std::vector<unsigned char>& bytes) : bytes_(bytes) {}
+
+protected:
+    int overflow(int c) override
     {
-        std::ofstream out(pattern, std::ios::binary | std::ios::trunc);
-        ok = out.good() && write(out);
-        out.flush();
-        ok = ok && out.good();
+        if (!traits_type::eq_int_type(c, traits_type::eof())) bytes_.push_back(static_cast<unsigned char>(c));
+        return traits_type::not_eof(c);
     }
-    if (ok) {
-        fchmodat(AT_FDCWD, pattern.c_str(), 0644, 0);
-        if (std::rename(pattern.c_str(), path.c_str()) != 0) {
-            why = "cannot write " + path + ": " + std::strerror(errno);
-            ok = false;
-        }
-    } else {
-        why = "cannot write " + path;
+    std::streamsize xsputn(const char* s, std::streamsize n) override
+    {
+        bytes_.insert(bytes_.end(), s, s + n);
+        return n;
     }
-    if (!ok) std::remove(pattern.c_str());
-    return ok;
-}
+
+private:
+    std::vector<unsigned char>& bytes_;
+};
 
 class GltfBuilder {
 public:
@@ -504,30 +487,16 @@ FltGltfResult GltfBuilder::write()
     std::string why;
     bool ok = true;
     if (binary_) {
-        ok = replaceFile(
-            output_, [&](std::ostream& out) { return writer.WriteGltfSceneToStream(&model_, out, false, true); }, why);
+        std::vector<unsigned char> file;
+        BytesBuffer buffer(file);
+        std::ostream out(&buffer);
+        ok = writer.WriteGltfSceneToStream(&model_, out, false, true) && fltWriteFileReplacing(output_, file, why);
     } else {
         // The buffer and the images go beside the .gltf, each written whole before it.
         const std::string binName = stem_ + ".bin";
-        static const std::vector<unsigned char> none;
-        const std::vector<unsigned char>& data = binBytes ? bin() : none;
-        if (binBytes) ok = replaceFile(
-            (fs::path(folder_) / binName).string(),
-            [&](std::ostream& out) {
-                out.write(reinterpret_cast<const char*>(data.data()), static_cast<std::streamsize>(data.size()));
-                return true;
-            },
-            why);
-        for (size_t i = 0; i < images_.size() && ok; ++i) {
-            const std::vector<unsigned char>& png = images_[i].second;
-            ok = replaceFile(
-                (fs::path(folder_) / images_[i].first).string(),
-                [&](std::ostream& out) {
-                    out.write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
-                    return true;
-                },
-                why);
-        }
+        if (binBytes) ok = fltWriteFileReplacing((fs::path(folder_) / binName).string(), bin(), why);
+        for (size_t i = 0; i < images_.size() && ok; ++i)
+            ok = fltWriteFileReplacing((fs::path(folder_) / images_[i].first).string(), images_[i].second, why);
         if (ok) {
             // tinygltf would put the buffer inside as base64: it is written without its data and
             // then pointed at the file.
@@ -540,8 +509,7 @@ FltGltfResult GltfBuilder::write()
             nlohmann::json json = nlohmann::json::parse(text.str());
             if (binBytes) json["buffers"][0] = {{"byteLength", binBytes}, {"uri", binName}};
             const std::string content = json.dump(2) + "\n";
-            ok = replaceFile(
-                output_, [&](std::ostream& out) { return static_cast<bool>(out << content); }, why);
+            ok = fltWriteFileReplacing(output_, std::vector<unsigned char>(content.begin(), content.end()), why);
         }
     }
     result.status = ok ? FltGltfResult::Status::Written : FltGltfResult::Status::NotWritten;
