@@ -161,25 +161,29 @@ int commandConvert(int argc, char** argv)
     }
     written->ref();
 
-    SoOutput out;
-    int status = kOk;
-    if (!makeParentDirectory(output) || !out.openFile(output.c_str())) {
-        std::cerr << "qetzflt convert: cannot write " << output << "\n";
-        status = kFailed;
-    } else {
-        if (vrml) {
-            // The VRML scene is the action's own: the library's scene keeps its names.
-            makeVrmlNamesValid(written);
-            if (QetzFltLibrary* library = loadLibrary())
-                writeVrmlTexturesAsPng(written, outputDir, *library, std::cerr);
-            out.setHeaderString("#VRML V2.0 utf8");
-        }
-        out.setBinary(args.has("--binary"));
-        SoWriteAction writer(&out);
-        writer.apply(written);
-        out.closeFile();
-        std::cout << "wrote " << output << "\n";
-    }
+    std::string error;
+    const bool wrote = writeReplacing(
+        output,
+        [&](const std::string& temporary) {
+            SoOutput out;
+            if (!out.openFile(temporary.c_str())) return false;
+            if (vrml) {
+                // The VRML scene is the action's own: the library's scene keeps its names.
+                makeVrmlNamesValid(written);
+                if (QetzFltLibrary* library = loadLibrary())
+                    writeVrmlTexturesAsPng(written, outputDir, *library, std::cerr);
+                out.setHeaderString("#VRML V2.0 utf8");
+            }
+            out.setBinary(args.has("--binary"));
+            SoWriteAction writer(&out);
+            writer.apply(written);
+            out.closeFile();
+            return true;
+        },
+        error);
+    const int status = wrote ? kOk : kFailed;
+    if (wrote) std::cout << "wrote " << output << "\n";
+    else std::cerr << "qetzflt convert: cannot write " << output << " (" << error << ")\n";
     written->unref();
     if (wrapper) wrapper->unref();
     return status;

@@ -74,7 +74,8 @@ int commandRender(int argc, char** argv)
         error = "cannot create the folder of " + output;
         drawn = false;
     }
-    drawn = drawn && writePng(output, picture, error);
+    drawn = drawn && writeReplacing(
+                         output, [&](const std::string& temporary) { return writePng(temporary, picture, error); }, error);
     scene->unref();
     if (!drawn) {
         std::cerr << "qetzflt render: " << error << "\n";

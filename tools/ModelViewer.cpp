@@ -32,37 +32,6 @@
 #include "PictureRenderer.h"
 #include "SceneSummary.h"
 
-namespace {
-
-// Written beside the target and renamed over it: a link at the target's name is replaced,
-// never followed, and a half-written picture is never left under it.
-bool writePngReplacing(const std::string& path, const Picture& picture, std::string& error)
-{
-    if (!makeParentDirectory(path)) {
-        error = "cannot create the folder of " + path;
-        return false;
-    }
-    std::string temporary = path + ".XXXXXX";
-    const int fd = mkstemp(temporary.data());
-    if (fd < 0) {
-        error = "cannot write beside " + path + ": " + std::strerror(errno);
-        return false;
-    }
-    // mkstemp makes the file private; a picture gets the modes any new file would.
-    const mode_t mask = umask(0);
-    umask(mask);
-    fchmod(fd, 0666 & ~mask);
-    close(fd);
-    if (!writePng(temporary, picture, error) || std::rename(temporary.c_str(), path.c_str()) != 0) {
-        if (error.empty()) error = "cannot write " + path + ": " + std::strerror(errno);
-        std::remove(temporary.c_str());
-        return false;
-    }
-    return true;
-}
-
-}  // namespace
-
 ViewedFile::~ViewedFile()
 {
     if (inventor_) inventor_->unref();
@@ -305,7 +274,8 @@ void ModelViewer::writeScreenshot()
     for (int y = 0; y < picture.height; ++y)
         std::memcpy(&picture.rgb[y * row], &bottomUp[(picture.height - 1 - y) * row], row);
     std::string error;
-    if (!writePngReplacing(screenshot_, picture, error)) {
+    if (!writeReplacing(
+            screenshot_, [&](const std::string& temporary) { return writePng(temporary, picture, error); }, error)) {
         std::cerr << "qetzflt view: " << error << "\n";
         return;
     }

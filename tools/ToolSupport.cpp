@@ -6,6 +6,7 @@
 #include <Inventor/nodes/SoSeparator.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
@@ -231,6 +232,32 @@ bool makeParentDirectory(const std::string& path)
     std::error_code ec;
     fs::create_directories(parent, ec);
     return fs::is_directory(parent, ec);
+}
+
+bool writeReplacing(const std::string& path, const std::function<bool(const std::string& temporary)>& write,
+                    std::string& error)
+{
+    if (!makeParentDirectory(path)) {
+        error = "cannot create the folder of " + path;
+        return false;
+    }
+    std::string temporary = path + ".XXXXXX";
+    const int fd = mkstemp(temporary.data());
+    if (fd < 0) {
+        error = "cannot write beside " + path + ": " + std::strerror(errno);
+        return false;
+    }
+    // mkstemp makes the file private; an output gets the modes any new file would.
+    const mode_t mask = umask(0);
+    umask(mask);
+    fchmod(fd, 0666 & ~mask);
+    close(fd);
+    if (!write(temporary) || std::rename(temporary.c_str(), path.c_str()) != 0) {
+        if (error.empty()) error = "cannot write " + path + ": " + std::strerror(errno);
+        std::remove(temporary.c_str());
+        return false;
+    }
+    return true;
 }
 
 bool isRegularFile(const std::string& path, std::string* why)

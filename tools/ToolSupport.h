@@ -2,6 +2,7 @@
 // library, and the paths of files that a database names.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -91,6 +92,13 @@ std::string resolveAgainst(const std::string& name, const std::string& base);
 
 // Creates the directory that will hold an output file; false when it cannot be.
 bool makeParentDirectory(const std::string& path);
+
+// Writes an output file as a whole or not at all: `write` fills a new file under a
+// temporary name beside path (its folders made first), which is then renamed over path,
+// so a link at that name is replaced, never followed, and no half-written file is left.
+// False, with `error` set (by `write` or here), when it could not be written.
+bool writeReplacing(const std::string& path, const std::function<bool(const std::string& temporary)>& write,
+                    std::string& error);
 
 // Whether path names a regular file, links followed as the library follows them. When not,
 // `why` says so: "no such file", "not a regular file", or the system's reason (a loop of

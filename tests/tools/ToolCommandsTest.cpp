@@ -83,6 +83,7 @@ TEST_F(ToolTest, missingNonOpenFlightAndUnwritableFiles_exitOneWithoutOutputFile
     const std::string none = dir.file("none.flt"), text = write("text.flt", "not an OpenFlight database, just text.");
     const std::string good = write("db.flt", smallDatabase());
     const std::string badIv = write("bad.iv", "#Inventor V2.1 ascii\nSeparator { Cube { width } \n");
+    fs::create_directory(dir.file("taken.iv"));
     struct Case {
         std::vector<std::string> args;
         std::string err;
@@ -102,6 +103,7 @@ TEST_F(ToolTest, missingNonOpenFlightAndUnwritableFiles_exitOneWithoutOutputFile
         {{"render", text, "-o", dir.file("text.png")}, "text.flt: not converted", ""},
         {{"render", badIv, "-o", dir.file("bad.png")}, "bad.iv: not a readable Inventor file", ""},
         {{"convert", good, "-o", good + "/x.iv"}, "cannot write " + good + "/x.iv", ""},
+        {{"convert", good, "-o", dir.file("taken.iv")}, "cannot write " + dir.file("taken.iv"), ""},
     };
     for (const Case& c : cases) {
         const RunResult r = runTool(c.args);
@@ -112,6 +114,15 @@ TEST_F(ToolTest, missingNonOpenFlightAndUnwritableFiles_exitOneWithoutOutputFile
     }
     for (const char* file : {"none.iv", "text.iv", "text.flt.stat", "none.png", "text.png", "bad.png"})
         EXPECT_FALSE(fs::exists(dir.file(file))) << file;
+    // Outputs are written whole under a temporary name, then renamed: none is left behind,
+    // and an output name that is a link is replaced, its target untouched.
+    for (const auto& entry : fs::directory_iterator(dir.path()))
+        EXPECT_EQ(entry.path().filename().string().find("taken.iv."), std::string::npos) << entry.path();
+    const std::string mine = write("mine.txt", "the user's own");
+    fs::create_symlink(mine, dir.file("linked.iv"));
+    EXPECT_EQ(runTool({"convert", good, "-o", dir.file("linked.iv")}).status, 0);
+    EXPECT_EQ(readFile(mine), "the user's own");
+    EXPECT_FALSE(fs::is_symlink(dir.file("linked.iv")));
 
     // What the file system refuses ends every command with its reason, never an abort; a
     // statistics file that cannot be written is told apart from a file that is no database.
