@@ -21,16 +21,15 @@
 #include "convert/FltScene.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 
-// The writer's own copy of tinygltf, kept out of the library's exported names so that a
-// host with a tinygltf of its own is not disturbed. Images arrive as PNG already: no image
-// coder of tinygltf's is needed.
-#pragma GCC visibility push(hidden)
+// The writer's own copy of tinygltf, which the build keeps out of the library's exported
+// names (this file is compiled with hidden visibility) so that a host with a tinygltf of
+// its own is not disturbed. Images arrive as PNG already: no image coder of tinygltf's is
+// needed.
 #define TINYGLTF_IMPLEMENTATION
 #define TINYGLTF_NO_STB_IMAGE
 #define TINYGLTF_NO_STB_IMAGE_WRITE
 #define TINYGLTF_NO_EXTERNAL_IMAGE
 #include <tiny_gltf.h>
-#pragma GCC visibility pop
 
 namespace {
 
@@ -92,7 +91,7 @@ public:
         folder_ = path.has_parent_path() ? path.parent_path().string() : ".";
     }
 
-    FltGltfResult write();
+    FltGltfResult writeModel();
 
 private:
     struct Frame {
@@ -450,7 +449,7 @@ void GltfBuilder::walk()
     }
 }
 
-FltGltfResult GltfBuilder::write()
+FltGltfResult GltfBuilder::writeModel()
 {
     FltGltfResult result;
     walk();
@@ -523,5 +522,5 @@ FltGltfResult fltWriteGltf(const FltScene& scene, const std::string& output)
 {
     const std::string extension = fs::path(output).extension().string();
     const bool binary = extension == ".glb" || extension == ".GLB";
-    return GltfBuilder(scene, output, binary).write();
+    return GltfBuilder(scene, output, binary).writeModel();
 }

@@ -38,7 +38,7 @@ ViewedFile::~ViewedFile()
     if (!directory_.empty()) SoInput::removeDirectory(directory_.c_str());
 }
 
-bool ViewedFile::open(const std::string& path, bool database, bool classic)
+bool ViewedFile::load(const std::string& path, bool database, bool classic)
 {
     path_ = path;
     database_ = database;
@@ -87,9 +87,9 @@ bool ViewedFile::switchConversion()
     return convert(other) && current_ == other;
 }
 
-std::string ViewedFile::name() const { return std::filesystem::path(path_).filename().string(); }
+std::string ViewedFile::fileName() const { return std::filesystem::path(path_).filename().string(); }
 
-std::string ViewedFile::size() const
+std::string ViewedFile::facesText() const
 {
     const std::string count = std::to_string(faces_[current_]);
     if (!database_) return count + (faces_[current_] == 1 ? " triangle" : " triangles");
@@ -172,7 +172,7 @@ void ModelViewer::showScene()
     content_->removeAllChildren();
     if (SoSeparator* scene = file_.scene()) content_->addChild(scene);
     const int messages = static_cast<int>(file_.messages().size());
-    const std::string status = file_.name() + "   " + file_.mode() + "   " + file_.size() + "   " +
+    const std::string status = file_.fileName() + "   " + file_.mode() + "   " + file_.facesText() + "   " +
                                std::to_string(messages) + (messages == 1 ? " message" : " messages") +
                                "   textures " + (textures_ ? "on" : "off");
     text_->string.setNum(2);
@@ -200,7 +200,7 @@ SbBool ModelViewer::processSoEvent(const SoEvent* const event)
     // Ahead of the examiner's own keys, which these letters are not among.
     if (SO_KEY_PRESS_EVENT(event, C)) {
         if (!file_.isDatabase())
-            std::cout << file_.name() << ": an Inventor file has no other conversion" << std::endl;
+            std::cout << file_.fileName() << ": an Inventor file has no other conversion" << std::endl;
         else if (file_.switchConversion())
             showScene();
         return TRUE;
@@ -211,7 +211,7 @@ SbBool ModelViewer::processSoEvent(const SoEvent* const event)
     }
     if (SO_KEY_PRESS_EVENT(event, M)) {
         const std::vector<ConsoleMessage>& messages = file_.messages();
-        std::cout << "messages of " << file_.name() << " (" << file_.mode() << "): "
+        std::cout << "messages of " << file_.fileName() << " (" << file_.mode() << "): "
                   << (messages.empty() ? "none" : std::to_string(messages.size())) << "\n";
         for (const ConsoleMessage& m : messages) std::cout << "  [level " << m.level << "] " << m.text << "\n";
         std::cout.flush();

@@ -26,17 +26,17 @@ public:
     ViewedFile& operator=(const ViewedFile&) = delete;
 
     // False, with the reason on standard error, when the file cannot be shown.
-    bool open(const std::string& path, bool database, bool classic);
+    bool load(const std::string& path, bool database, bool classic);
     // Converts the database the other way; false (the current one staying) when that fails
     // or the file is no database.
     bool switchConversion();
 
     bool isDatabase() const { return database_; }
-    std::string name() const;
+    std::string fileName() const;
     std::string mode() const;  // "as authored", "classic" or "Inventor file"
     SoSeparator* scene() const;
     // "237 faces" of a database's face sets, "12 triangles" drawn for an Inventor file.
-    std::string size() const;
+    std::string facesText() const;
     const std::vector<ConsoleMessage>& messages() const;
 
 private:

@@ -102,7 +102,7 @@ int view(int argc, char** argv)
 
     SoDB::init();
     auto file = std::make_unique<ViewedFile>();
-    if (!file->open(input, database, args.has("--classic"))) return kFailed;
+    if (!file->load(input, database, args.has("--classic"))) return kFailed;
 
     const std::string screenshot = args.value("--screenshot");
     VirtualDisplay virtualDisplay;
