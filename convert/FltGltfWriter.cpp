@@ -19,6 +19,7 @@
 
 #include "convert/FltPngImage.h"
 #include "convert/FltScene.h"
+#include "convert/FltTextureFiles.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 
 // The writer's own copy of tinygltf, which the build keeps out of the library's exported
@@ -110,6 +111,7 @@ private:
     int materialOf(const FltScene& scene, const FltSceneAppearance& a, const float* color, bool hasUv,
                    bool vertexAlpha);
     int textureOf(const std::string& file, bool& alpha);
+    int samplerOf(const FltTextureWraps& wraps);
     void walk();
     void note(const std::string& message) { FltWarningMessageConsole::notifyMessage(message, 2, true); }
 
@@ -185,21 +187,35 @@ int GltfBuilder::textureOf(const std::string& file, bool& alpha)
         images_.emplace_back(image.uri, std::move(png));
     }
     model_.images.push_back(image);
-    if (model_.samplers.empty()) {
-        // OpenFlight textures repeat unless an attribute file says otherwise.
-        tinygltf::Sampler sampler;
-        sampler.magFilter = TINYGLTF_TEXTURE_FILTER_LINEAR;
-        sampler.minFilter = TINYGLTF_TEXTURE_FILTER_LINEAR_MIPMAP_LINEAR;
-        sampler.wrapS = sampler.wrapT = TINYGLTF_TEXTURE_WRAP_REPEAT;
-        model_.samplers.push_back(sampler);
-    }
     tinygltf::Texture texture;
     texture.source = static_cast<int>(model_.images.size() - 1);
-    texture.sampler = 0;
+    texture.sampler = samplerOf(fltTextureWraps(file));
     model_.textures.push_back(texture);
     const int index = static_cast<int>(model_.textures.size() - 1);
     textures_[file] = {index, alpha};
     return index;
+}
+
+int GltfBuilder::samplerOf(const FltTextureWraps& wraps)
+{
+    auto mode = [](FltTextureWrap wrap) {
+        switch (wrap) {
+        case FltTextureWrap::Clamp: return TINYGLTF_TEXTURE_WRAP_CLAMP_TO_EDGE;
+        case FltTextureWrap::MirroredRepeat: return TINYGLTF_TEXTURE_WRAP_MIRRORED_REPEAT;
+        case FltTextureWrap::Repeat: break;
+        }
+        return TINYGLTF_TEXTURE_WRAP_REPEAT;
+    };
+    const int s = mode(wraps.u), t = mode(wraps.v);
+    for (size_t i = 0; i < model_.samplers.size(); ++i)
+        if (model_.samplers[i].wrapS == s && model_.samplers[i].wrapT == t) return static_cast<int>(i);
+    tinygltf::Sampler sampler;
+    sampler.magFilter = TINYGLTF_TEXTURE_FILTER_LINEAR;
+    sampler.minFilter = TINYGLTF_TEXTURE_FILTER_LINEAR_MIPMAP_LINEAR;
+    sampler.wrapS = s;
+    sampler.wrapT = t;
+    model_.samplers.push_back(sampler);
+    return static_cast<int>(model_.samplers.size() - 1);
 }
 
 int GltfBuilder::materialOf(const FltScene& scene, const FltSceneAppearance& a, const float* color, bool hasUv,

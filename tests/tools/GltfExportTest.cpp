@@ -116,6 +116,11 @@ TEST(GltfExport, theDemoDatabaseReadsBackWithItsNodesTrianglesMaterialsImagesAnd
     SoDB::init();
     ScratchDir dir;
     const std::string demo = writeDemoDatabase(dir);
+    // The roof's attribute file clamps it across u (both directions: word 36) and mirrors
+    // it across v (word 44); the other images repeat, having none.
+    std::string attr(48, '\0');
+    attr[39] = 1, attr[43] = 3, attr[47] = 4;
+    writeFile(dir.file("textures/roof.rgb.attr"), attr);
     fs::create_directories(dir.file("out"));
     const RunResult r = runTool({"convert", demo, "-o", dir.file("out/demo.glb")});
     ASSERT_EQ(r.status, 0) << r.err;
@@ -145,6 +150,11 @@ TEST(GltfExport, theDemoDatabaseReadsBackWithItsNodesTrianglesMaterialsImagesAnd
         sizes.insert({image.width, image.height});
     }
     EXPECT_EQ(sizes, (std::multiset<std::pair<int, int>>{{32, 32}, {32, 32}, {64, 64}, {64, 64}}));
+    std::set<std::pair<int, int>> wraps;
+    for (const tinygltf::Sampler& sampler : glb.model.samplers) wraps.insert({sampler.wrapS, sampler.wrapT});
+    EXPECT_EQ(wraps, (std::set<std::pair<int, int>>{{TINYGLTF_TEXTURE_WRAP_REPEAT, TINYGLTF_TEXTURE_WRAP_REPEAT},
+                                                    {TINYGLTF_TEXTURE_WRAP_CLAMP_TO_EDGE,
+                                                     TINYGLTF_TEXTURE_WRAP_MIRRORED_REPEAT}}));
     // The demo stands on the ground (z = 0) and rises along z: in glTF along y.
     EXPECT_NEAR(glb.low[1], 0.0, 1e-3);
     EXPECT_GT(glb.high[1], 1.0);
