@@ -25,6 +25,8 @@ namespace {
 
 const char* const kConvertUsage =
     "usage: qetzflt convert IN.flt [-o OUT.iv|OUT.wrl|OUT.glb|OUT.gltf] [--binary] [--vrml2] [--yup] [--classic]\n"
+    "                       [--log | --log-dir DIR | --no-log]\n"
+    "       qetzflt convert IN.flt... | FOLDER... -o DIR [--format iv|ivb|wrl|glb] [--jobs N] [--strict] [...]\n"
     "\n"
     "Converts an OpenFlight database, drawn as the format means it, and writes the scene graph\n"
     "with Coin, or as glTF 2.0 for today's engines and viewers.\n"
@@ -36,8 +38,16 @@ const char* const kConvertUsage =
     "  --yup        rotate the Z-up database into the Y-up frame that Inventor and VRML viewers expect\n"
     "Texture file names are written relative to the output file, so that they resolve from there.\n"
     "  --classic    the classic conversion: exactly what the library's convertFrom returns\n"
-    "  --no-log     leave the record dump out of the log (it keeps the parse progress)\n"
-    "The library writes its log next to the input (IN.flt.log).\n"
+    "  --log        write the library's log next to the input (IN.flt.log)\n"
+    "  --log-dir D  write the log of each input into the folder D (D/IN.flt.log)\n"
+    "  --no-log     no log (the default)\n"
+    "Batches: several inputs, or folders (their OpenFlight databases, told by content, in every\n"
+    "subfolder), are converted into -o DIR, keeping a folder's layout, one line per database and\n"
+    "a total; exit status 1 when one failed.\n"
+    "  --format F   iv (ASCII Inventor, the default), ivb (binary Inventor, named NAME.iv), wrl\n"
+    "               (VRML97) or glb (binary glTF)\n"
+    "  --jobs N     convert N databases at once, each in a process of its own (default 1)\n"
+    "  --strict     exit status 1 as well when a conversion reported an error (level 3)\n"
     "VRML output gets node names that are VRML identifiers, and each texture image as a PNG file\n"
     "beside OUT (named after the image), which its ImageTexture urls name.\n";
 
@@ -63,6 +73,15 @@ bool isGltfName(const std::string& path)
     return extension == ".glb" || extension == ".gltf";
 }
 
+// What a batch learns of one conversion, on the worker's standard output: its faces (-1
+// when not counted) and its messages by level.
+void reportBatchItem(int faces, const std::vector<ConsoleMessage>& messages)
+{
+    int levels[4] = {0, 0, 0, 0};
+    for (const ConsoleMessage& m : messages) ++levels[m.level >= 1 && m.level <= 3 ? m.level : 0];
+    std::cout << kBatchReport << " " << faces << " " << levels[1] << " " << levels[2] << " " << levels[3] << "\n";
+}
+
 int writeGltf(const std::string& input, const std::string& output, const Arguments& args)
 {
     QetzFltLibrary* library = loadLibrary();
@@ -76,17 +95,26 @@ int writeGltf(const std::string& input, const std::string& output, const Argumen
         std::cerr << "qetzflt convert: " << input << ": " << why << "\n";
         return kFailed;
     }
-    if (!makeParentDirectory(output)) {
-        std::cerr << "qetzflt convert: cannot write " << output << "\n";
+    if (library->isDatabase && !library->isDatabase(input.c_str())) {
+        std::cerr << "qetzflt convert: " << input << ": not an OpenFlight database\n";
         return kFailed;
     }
-    // The library's messages are echoed on standard error as they come.
-    const unsigned int options =
-        QETZFLT_NO_STANDARD_OUTPUT | (args.has("--no-log") ? unsigned(QETZFLT_LOG_NO_DUMP) : unsigned(QETZFLT_LOG_FILE));
+    if (!makeParentDirectory(output, &why)) {
+        std::cerr << "qetzflt convert: cannot write " << output << ": " << why << "\n";
+        return kFailed;
+    }
+    // The library's messages are echoed on standard error as they come (not in a batch).
+    const bool item = args.has("--batch-item");
+    const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | logOption(args) | (item ? unsigned(QETZFLT_NO_ECHO) : 0u);
     const int status = library->writeGltf(input.c_str(), output.c_str(), options);
+    std::vector<ConsoleMessage> messages;
+    if (library->lastMessageCount && library->lastMessageLevel)
+        for (int i = 0; i < library->lastMessageCount(); ++i) messages.push_back({"", library->lastMessageLevel(i)});
     if (library->clearMessages) library->clearMessages();
+    if (logOption(args) != QETZFLT_LOG_NONE) settleLog(input, args, status == 1);
     if (status == 0) {
-        std::cout << "wrote " << output << "\n";
+        if (item) reportBatchItem(-1, messages);
+        else std::cout << "wrote " << output << "\n";
         return kOk;
     }
     std::cerr << "qetzflt convert: " << output << " not written"
@@ -101,13 +129,20 @@ int writeGltf(const std::string& input, const std::string& output, const Argumen
 
 int commandConvert(int argc, char** argv)
 {
-    const Arguments args = parseArguments(argc, argv, 2, {"--binary", "--vrml2", "--yup"}, {"-o"});
+    const Arguments args = parseArguments(argc, argv, 2, {"--binary", "--vrml2", "--yup", "--strict", "--batch-item"},
+                                          {"-o", "--format", "--jobs"});
     if (args.help) {
         std::cout << kConvertUsage;
         return kOk;
     }
     if (!args.error.empty()) return usageError("convert", args.error, kConvertUsage);
-    if (args.positional.size() != 1) return usageError("convert", "expects one input file", kConvertUsage);
+    if (args.positional.empty()) return usageError("convert", "expects an input file", kConvertUsage);
+    const bool batch = args.positional.size() > 1 || std::filesystem::is_directory(args.positional[0]) ||
+                       args.has("--strict") || !args.value("--format").empty() || !args.value("--jobs").empty();
+    if (batch) {
+        if (args.value("-o").empty()) return usageError("convert", "a batch needs -o DIR", kConvertUsage);
+        return convertBatch(args, kConvertUsage);
+    }
     const bool vrml = args.has("--vrml2");
     if (vrml && args.has("--binary"))
         return usageError("convert", "--binary and --vrml2 exclude each other", kConvertUsage);
@@ -123,8 +158,9 @@ int commandConvert(int argc, char** argv)
         return writeGltf(input, output, args);
     }
 
+    const bool item = args.has("--batch-item");
     Conversion conversion;
-    if (!conversion.run(input, true, args)) return kFailed;
+    if (!conversion.run(input, !item, args)) return kFailed;
 
     rewriteTextureNames(conversion.root, conversion.directory, directoryOf(output));
 
@@ -144,8 +180,9 @@ int commandConvert(int argc, char** argv)
     if (vrml) {
         // The folder first: the PNG textures go there, and the image textures that the
         // action makes load their (rewritten) names at once, from the output's place.
-        if (!makeParentDirectory(output)) {
-            std::cerr << "qetzflt convert: cannot write " << output << "\n";
+        std::string why;
+        if (!makeParentDirectory(output, &why)) {
+            std::cerr << "qetzflt convert: cannot write " << output << ": " << why << "\n";
             if (wrapper) wrapper->unref();
             return kFailed;
         }
@@ -182,8 +219,9 @@ int commandConvert(int argc, char** argv)
         },
         error);
     const int status = wrote ? kOk : kFailed;
-    if (wrote) std::cout << "wrote " << output << "\n";
-    else std::cerr << "qetzflt convert: cannot write " << output << " (" << error << ")\n";
+    if (wrote && item) reportBatchItem(summarizeScene(conversion.root).faces, conversion.messages);
+    else if (wrote) std::cout << "wrote " << output << "\n";
+    else std::cerr << "qetzflt convert: " << error << "\n";
     written->unref();
     if (wrapper) wrapper->unref();
     return status;

@@ -7,6 +7,7 @@
 #include <iomanip>
 #include <iostream>
 #include <iterator>
+#include <map>
 #include <set>
 #include <sstream>
 #include <string>
@@ -27,8 +28,10 @@ const char* const kInfoUsage =
     "Converts the database and tells what it holds: format revision, units, packed-colour mode,\n"
     "record counts per opcode, the node, face set, face, vertex and triangle counts of the\n"
     "scene, its bounding box and the console messages of the conversion.\n"
+    "Repeated messages are printed once, with how many more times they came.\n"
     "  --tree     also print the hierarchy of groups, named nodes and face sets\n"
-    "  --classic  the scene of the classic conversion instead of the as-authored one\n";
+    "  --classic  the scene of the classic conversion instead of the as-authored one\n"
+    "  --log, --log-dir DIR, --no-log   the library's log, as for convert (default: none)\n";
 
 const char* const kDepsUsage =
     "usage: qetzflt deps IN.flt\n"
@@ -86,13 +89,24 @@ std::string unitsName(const std::string& code)
     return "unknown (code " + code + ")";
 }
 
+// Each distinct message once, where it first came, with how many more times it came: a
+// database with a thousand faces of one fault gives one line, not a thousand.
 void printMessages(const std::vector<ConsoleMessage>& messages)
 {
     std::cout << "messages: " << (messages.empty() ? "none" : std::to_string(messages.size())) << "\n";
+    std::vector<std::pair<std::string, int>> distinct;  // "[level L] text", repeats
+    std::map<std::string, size_t> seen;
     for (const ConsoleMessage& m : messages) {
         std::string text = m.text;
         while (!text.empty() && text.back() == '\n') text.pop_back();
-        std::cout << "  [level " << m.level << "] " << text << "\n";
+        const std::string line = "[level " + std::to_string(m.level) + "] " + text;
+        const auto [it, added] = seen.emplace(line, distinct.size());
+        if (added) distinct.push_back({line, 0});
+        else ++distinct[it->second].second;
+    }
+    for (const auto& [line, more] : distinct) {
+        std::cout << "  " << line << "\n";
+        if (more > 0) std::cout << "  ... and " << more << " more like this\n";
     }
 }
 
@@ -248,7 +262,8 @@ int commandInfo(int argc, char** argv)
     const bool converted = conversion.run(input, false, args);
     QetzFltLibrary* library = loadLibrary();
     if (!library) return kFailed;
-    if (!isRegularFile(input)) return kFailed;
+    // Missing, or no database at all: the one message on standard error says it.
+    if (!isRegularFile(input) || (library->isDatabase && !library->isDatabase(input.c_str()))) return kFailed;
 
     std::cout << "database: " << input << "\n";
     DatabaseFacts facts;
@@ -305,7 +320,6 @@ int commandDeps(int argc, char** argv)
     const int missing = listDependencies(*library, input);
     if (missing > 0) {
         std::cout << missing << (missing == 1 ? " file is" : " files are") << " missing\n";
-        std::cerr << "qetzflt deps: " << missing << (missing == 1 ? " file is" : " files are") << " missing\n";
         return kFailed;
     }
     std::cout << "all files found\n";

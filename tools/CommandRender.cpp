@@ -24,6 +24,7 @@ const char* const kRenderUsage =
     "  --view V     iso: from the south-west, above (default); top: straight down, north up;\n"
     "               front: from the south\n"
     "  --classic    draw the classic conversion instead of the database as the format means it\n"
+    "  --log, --log-dir DIR, --no-log   the library's log, as for convert (default: none)\n"
     "Without DISPLAY the command starts a virtual X server (Xvfb) of its own.\n";
 
 }  // namespace
@@ -70,10 +71,6 @@ int commandRender(int argc, char** argv)
     std::string error;
     Picture picture;
     bool drawn = display.ensure(width, height, error) && renderPicture(scene, view, width, height, picture, error);
-    if (drawn && !makeParentDirectory(output)) {
-        error = "cannot create the folder of " + output;
-        drawn = false;
-    }
     drawn = drawn && writeReplacing(
                          output, [&](const std::string& temporary) { return writePng(temporary, picture, error); }, error);
     scene->unref();

@@ -62,6 +62,7 @@ QetzFltLibrary::QetzFltLibrary()
     find(clearMessages, "qetzfltClearMessages");
     find(writeImageAsPng, "qetzfltWriteImageAsPng");
     find(writeGltf, "qetzfltWriteGltf");
+    find(isDatabase, "qetzfltIsDatabase");
     if (!convertFrom) error_ = path_ + " does not export convertFrom";
 }
 

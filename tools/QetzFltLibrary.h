@@ -35,6 +35,7 @@ public:
     decltype(&::qetzfltClearMessages) clearMessages = nullptr;
     decltype(&::qetzfltWriteImageAsPng) writeImageAsPng = nullptr;
     decltype(&::qetzfltWriteGltf) writeGltf = nullptr;
+    decltype(&::qetzfltIsDatabase) isDatabase = nullptr;
 
 private:
     void* handle_ = nullptr;

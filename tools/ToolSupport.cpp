@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <streambuf>
 
@@ -50,10 +51,16 @@ Arguments parseArguments(int argc, char** argv, int first, const std::vector<std
         const std::string a = argv[i];
         if (a == "-h" || a == "--help") {
             args.help = true;
-        } else if (a == "--no-log" || a == "--classic") {
-            // Every command takes them: the log of its conversion keeps the parse progress
-            // only; the conversion is the classic one.
+        } else if (a == "--no-log" || a == "--log" || a == "--classic") {
+            // Every command that converts takes them: no log (the default), the library's
+            // log, the classic conversion.
             args.flags.insert(a);
+        } else if (a == "--log-dir") {
+            if (i + 1 >= argc) {
+                args.error = "option " + a + " needs a value";
+                return args;
+            }
+            args.values[a] = argv[++i];
         } else if (known(valueOptions, a)) {
             if (i + 1 >= argc) {
                 args.error = "option " + a + " needs a value";
@@ -98,7 +105,6 @@ Conversion::~Conversion()
 
 bool Conversion::run(const std::string& path, bool echo, const Arguments& args)
 {
-    const bool dump = !args.has("--no-log");
     classic = args.has("--classic");
     QetzFltLibrary* library = loadLibrary();
     if (!library) return false;
@@ -107,10 +113,23 @@ bool Conversion::run(const std::string& path, bool echo, const Arguments& args)
         std::cerr << "qetzflt: " << path << ": " << why << "\n";
         return false;
     }
+    // Told by its first bytes: a file that is no database is not converted at all, so it
+    // gets one message and leaves no log.
+    if (library->isDatabase && !library->isDatabase(path.c_str())) {
+        std::cerr << "qetzflt: " << path << ": not an OpenFlight database\n";
+        return false;
+    }
+    unsigned int log = writeLog ? logOption(args) : unsigned(QETZFLT_LOG_NONE);
+    std::error_code ec;
+    if (log != QETZFLT_LOG_NONE && !args.value("--log-dir").empty() && std::filesystem::exists(path + ".log", ec)) {
+        // The log passes beside the input on its way to DIR: a file of that name is the user's.
+        std::cerr << "qetzflt: " << path << ".log exists: no log written to " << args.value("--log-dir") << "\n";
+        log = QETZFLT_LOG_NONE;
+    }
     directory = directoryOf(path);
     SoInput::addDirectoryFirst(directory.c_str());
     SoSeparator* converted =
-        library->convertWithOptions ? convertWithOptions(*library, path, echo, dump) : convertPlain(*library, path, echo);
+        library->convertWithOptions ? convertWithOptions(*library, path, echo, log) : convertPlain(*library, path, echo);
     if (!library->convertWithOptions) classic = true;
     SoInput::removeDirectory(directory.c_str());
     if (!converted) {
@@ -121,19 +140,17 @@ bool Conversion::run(const std::string& path, bool echo, const Arguments& args)
     const bool refused = converted->getRefCount() == 0;
     converted->ref();
     root = converted;
+    if (library->convertWithOptions && log != QETZFLT_LOG_NONE) settleLog(path, args, refused);
     if (refused) {
-        std::cerr << "qetzflt: " << path << ": not converted (not an OpenFlight database, or refused)\n";
+        std::cerr << "qetzflt: " << path << ": not converted (refused by the library)\n";
         return false;
     }
     return true;
 }
 
-SoSeparator* Conversion::convertWithOptions(QetzFltLibrary& library, const std::string& path, bool echo, bool dump)
+SoSeparator* Conversion::convertWithOptions(QetzFltLibrary& library, const std::string& path, bool echo, unsigned int log)
 {
     // The library's opening line on standard output is not the tool's output.
-    const unsigned int log = !writeLog ? unsigned(QETZFLT_LOG_NONE)
-                             : dump    ? unsigned(QETZFLT_LOG_FILE)
-                                       : unsigned(QETZFLT_LOG_NO_DUMP);
     const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | (echo ? 0u : unsigned(QETZFLT_NO_ECHO)) | log |
                                  (classic ? unsigned(QETZFLT_BUILD_CLASSIC) : unsigned(QETZFLT_BUILD_AS_AUTHORED));
     SoSeparator* converted = library.convertWithOptions(path.c_str(), options);
@@ -146,6 +163,39 @@ SoSeparator* Conversion::convertWithOptions(QetzFltLibrary& library, const std::
     // The tool keeps its own copy: a batch must not grow the library's list without end.
     if (library.clearMessages) library.clearMessages();
     return converted;
+}
+
+unsigned int logOption(const Arguments& args)
+{
+    return args.has("--log") || !args.value("--log-dir").empty() ? unsigned(QETZFLT_LOG_FILE)
+                                                                 : unsigned(QETZFLT_LOG_NONE);
+}
+
+bool settleLog(const std::string& input, const Arguments& args, bool refused)
+{
+    const std::string log = input + ".log";
+    std::error_code ec;
+    if (refused) {
+        fs::remove(log, ec);
+        return true;
+    }
+    const std::string dir = args.value("--log-dir");
+    if (dir.empty()) return true;
+    const std::string target = (fs::path(dir) / fs::path(log).filename()).string();
+    std::string error;
+    // Copied then removed: the folder may be on another file system.
+    const bool moved = writeReplacing(
+        target,
+        [&](const std::string& temporary) {
+            std::error_code copyError;
+            fs::copy_file(log, temporary, fs::copy_options::overwrite_existing, copyError);
+            if (copyError) error = "cannot write " + target + ": " + copyError.message();
+            return !copyError;
+        },
+        error);
+    fs::remove(log, ec);
+    if (!moved) std::cerr << "qetzflt: " << error << "\n";
+    return moved;
 }
 
 SoSeparator* Conversion::convertPlain(QetzFltLibrary& library, const std::string& path, bool echo)
@@ -187,8 +237,16 @@ bool parseSize(const std::string& text, int& width, int& height)
 
 bool isInventorFile(const std::string& path)
 {
-    const std::string ext = fs::path(path).extension().string();
-    return ext == ".iv" || ext == ".wrl";
+    if (!isRegularFile(path)) {
+        const std::string ext = fs::path(path).extension().string();
+        return ext == ".iv" || ext == ".wrl";
+    }
+    // Not opened when it is no regular file (a pipe could block); the header names it.
+    std::ifstream in(path, std::ios::binary);
+    char head[9] = {};
+    in.read(head, 9);
+    const std::string start(head, static_cast<size_t>(in.gcount()));
+    return start.rfind("#Inventor", 0) == 0 || start.rfind("#VRML", 0) == 0;
 }
 
 SoSeparator* readInventorFile(const std::string& path)
@@ -225,26 +283,30 @@ std::string relativePath(const std::string& target, const std::string& from)
     return rel.empty() ? target : rel.string();
 }
 
-bool makeParentDirectory(const std::string& path)
+bool makeParentDirectory(const std::string& path, std::string* why)
 {
     const fs::path parent = fs::path(path).parent_path();
     if (parent.empty()) return true;
     std::error_code ec;
     fs::create_directories(parent, ec);
-    return fs::is_directory(parent, ec);
+    std::error_code isError;
+    if (fs::is_directory(parent, isError)) return true;
+    if (why) *why = ec ? ec.message() : "Not a directory";
+    return false;
 }
 
 bool writeReplacing(const std::string& path, const std::function<bool(const std::string& temporary)>& write,
                     std::string& error)
 {
-    if (!makeParentDirectory(path)) {
-        error = "cannot create the folder of " + path;
+    std::string why;
+    if (!makeParentDirectory(path, &why)) {
+        error = "cannot write " + path + ": " + why;
         return false;
     }
     std::string temporary = path + ".XXXXXX";
     const int fd = mkstemp(temporary.data());
     if (fd < 0) {
-        error = "cannot write beside " + path + ": " + std::strerror(errno);
+        error = "cannot write " + path + ": " + std::strerror(errno);
         return false;
     }
     // mkstemp makes the file private; an output gets the modes any new file would.
@@ -268,7 +330,7 @@ bool isRegularFile(const std::string& path, std::string* why)
         return false;
     }
     if (S_ISREG(info.st_mode)) return true;
-    if (why) *why = "not a regular file";
+    if (why) *why = S_ISDIR(info.st_mode) ? "is a directory" : "not a regular file";
     return false;
 }
 

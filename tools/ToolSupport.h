@@ -55,29 +55,39 @@ public:
     Conversion& operator=(const Conversion&) = delete;
 
     // Converts as the arguments say (--classic: the classic conversion, else as-authored;
-    // --no-log: the log keeps the parse progress only), with the database's directory first
+    // --log: the library's log IN.flt.log beside the input, --log-dir DIR: that log moved
+    // into DIR; else no log), with the database's directory first
     // on Coin's search path, so that its textures load whatever the working directory. With
     // echo false, the console's echo on standard error is held back (the messages are still
-    // collected). False, with a message on standard error, when the file is missing or the
-    // conversion was refused.
+    // collected). False, with one message on standard error, when the file is missing, is
+    // no OpenFlight database or the conversion was refused; a refused input leaves no log.
     bool run(const std::string& path, bool echo, const Arguments& args);
 
     SoSeparator* root = nullptr;
     std::vector<ConsoleMessage> messages;
     std::string directory;  // the database's directory, absolute
     bool classic = false;   // which conversion ran
-    bool writeLog = true;   // false: no log file at all (QETZFLT_LOG_NONE)
+    bool writeLog = true;   // false: no log file whatever the arguments (QETZFLT_LOG_NONE)
 
 private:
-    SoSeparator* convertWithOptions(QetzFltLibrary& library, const std::string& path, bool echo, bool dump);
+    SoSeparator* convertWithOptions(QetzFltLibrary& library, const std::string& path, bool echo, unsigned int log);
     SoSeparator* convertPlain(QetzFltLibrary& library, const std::string& path, bool echo);
 };
 
 // A picture size "WIDTHxHEIGHT", 16 to 8192 pixels each.
 bool parseSize(const std::string& text, int& width, int& height);
 
-// Whether the file is one that Coin reads itself (.iv, .wrl) rather than a database.
+// Whether the file is one that Coin reads itself (Inventor or VRML, ASCII or binary, told by
+// its "#Inventor" or "#VRML" header whatever its name) rather than a database.
 bool isInventorFile(const std::string& path);
+
+// The log choice of the options word as the arguments ask (--log, --log-dir: the full log;
+// else none).
+unsigned int logOption(const Arguments& args);
+
+// After a run that wrote IN.flt.log: a refused input keeps no log; with --log-dir the log
+// is moved to DIR/NAME.flt.log. False, with a message on standard error, when it cannot be.
+bool settleLog(const std::string& input, const Arguments& args, bool refused);
 
 // An Inventor file read as it is; null with a message on standard error when it cannot be
 // read (a pipe or a device is not opened: reading it could block).
@@ -90,8 +100,9 @@ std::string directoryOf(const std::string& path);
 // below `base`. The result is absolute and normalised.
 std::string resolveAgainst(const std::string& name, const std::string& base);
 
-// Creates the directory that will hold an output file; false when it cannot be.
-bool makeParentDirectory(const std::string& path);
+// Creates the directory that will hold an output file; false, with the system's reason,
+// when it cannot be.
+bool makeParentDirectory(const std::string& path, std::string* why = nullptr);
 
 // Writes an output file as a whole or not at all: `write` fills a new file under a
 // temporary name beside path (its folders made first), which is then renamed over path,
@@ -101,9 +112,15 @@ bool writeReplacing(const std::string& path, const std::function<bool(const std:
                     std::string& error);
 
 // Whether path names a regular file, links followed as the library follows them. When not,
-// `why` says so: "no such file", "not a regular file", or the system's reason (a loop of
+// `why` says so: "no such file", "is a directory", "not a regular file", or the system's reason (a loop of
 // links, a name too long).
 bool isRegularFile(const std::string& path, std::string* why = nullptr);
+
+// The first word of the line a batch worker prints: "qetzflt-batch FACES NOTES WARNINGS ERRORS".
+constexpr const char* kBatchReport = "qetzflt-batch";
+
+// qetzflt convert with several inputs or folders (args as parsed by convert).
+int convertBatch(const Arguments& args, const char* usage);
 
 // The working directory, or "." when it cannot be told (removed meanwhile, say).
 std::string workingDirectory();

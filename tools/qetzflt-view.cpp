@@ -19,6 +19,7 @@
 
 #include "ModelViewer.h"
 #include "PictureRenderer.h"
+#include "QetzFltLibrary.h"
 #include "ToolSupport.h"
 
 // After Qt's headers: X11's macros (Bool, Status, None) break them.
@@ -32,7 +33,7 @@ const char* const kViewUsage =
     "                           [--press KEYS] [--screenshot OUT.png]\n"
     "\n"
     "Shows the database in an examiner viewer, as the OpenFlight format means it, the whole\n"
-    "model in view and its up (z) upwards. Inventor and VRML files (.iv, .wrl) are shown as\n"
+    "model in view and its up (z) upwards. Inventor and VRML files (.iv, .ivb, .wrl) are shown as\n"
     "well; other files (.glb, .obj, ...) the viewer cannot open. The title and the top left\n"
     "corner show the file's name, the conversion, its face count and its number of messages.\n"
     "\n"
@@ -92,11 +93,16 @@ int view(int argc, char** argv)
 
     const std::string input = args.positional[0];
     const std::string ext = lowerExtension(input);
-    const bool database = ext == ".flt";
-    if (!database && ext != ".iv" && ext != ".wrl") {
+    // Told by content where the file can be read (a binary scene.ivb is Inventor, TANK.FLT a
+    // database), by its name where it cannot (missing: the load then says why).
+    const bool inventor = isInventorFile(input);
+    QetzFltLibrary* library = inventor || !isRegularFile(input) ? nullptr : loadLibrary();
+    const bool database = !inventor && (library && library->isDatabase ? library->isDatabase(input.c_str()) != 0
+                                                                        : ext == ".flt");
+    if (!database && !inventor) {
         std::cerr << "qetzflt view: " << input << ": the viewer cannot open "
                   << (ext.empty() ? std::string("files without an extension") : ext + " files")
-                  << "; it shows OpenFlight databases (.flt) and Inventor or VRML files (.iv, .wrl)\n";
+                  << "; it shows OpenFlight databases and Inventor or VRML files (told by their content)\n";
         return kFailed;
     }
 

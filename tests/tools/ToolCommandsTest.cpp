@@ -28,6 +28,17 @@ std::string smallDatabase()
     return db.pop().pop().pop().bytes();
 }
 
+// The lines the tool itself wrote ("qetzflt: ...", "qetzflt convert: ...").
+int toolLines(const std::string& text)
+{
+    int n = 0;
+    for (size_t at = 0; at < text.size(); at = text.find('\n', at) + 1) {
+        n += text.compare(at, 7, "qetzflt") == 0 ? 1 : 0;
+        if (text.find('\n', at) == std::string::npos) break;
+    }
+    return n;
+}
+
 class ToolTest : public ::testing::Test {
 protected:
     std::string write(const std::string& name, const std::string& bytes) { return dir.write(name, bytes); }
@@ -47,6 +58,10 @@ TEST(ToolUsageTest, helpOnStandardOutput_badUsageExitsTwoAndSaysWhy)
     }
     const RunResult help = runTool({"--help"});
     EXPECT_EQ(help.status, 0);
+    for (const char* option : {"--classic", "--log", "--log-dir DIR", "--no-log", "--version", "--jobs N", "--strict"})
+        EXPECT_TRUE(contains(help.out, option)) << option;
+    const RunResult version = runTool({"--version"});
+    EXPECT_TRUE(contains(version.out, "Skerrymoor 8.6.3, ") && contains(version.out, "Coin ")) << version.out;
     for (const char* command : {"convert", "info", "deps", "stats", "render"}) {
         EXPECT_TRUE(contains(help.out, std::string("  ") + command + " IN.flt")) << command;
         const RunResult r = runTool({command, "--help"});
@@ -57,8 +72,10 @@ TEST(ToolUsageTest, helpOnStandardOutput_badUsageExitsTwoAndSaysWhy)
     const std::pair<std::vector<std::string>, const char*> cases[] = {
         {{}, "usage: qetzflt <command>"},
         {{"explode", "x.flt"}, "unknown command explode"},
-        {{"convert"}, "expects one input file"},
-        {{"convert", "a.flt", "b.flt"}, "expects one input file"},
+        {{"convert"}, "expects an input file"},
+        {{"convert", "a.flt", "b.flt"}, "a batch needs -o DIR"},
+        {{"convert", "a.flt", "b.flt", "-o", "out", "--jobs", "0"}, "--jobs takes a number"},
+        {{"convert", "a.flt", "b.flt", "-o", "out", "--format", "obj"}, "--format is iv, ivb, wrl or glb"},
         {{"convert", "a.flt", "--fast"}, "unknown option --fast"},
         {{"convert", "a.flt", "-o"}, "option -o needs a value"},
         {{"convert", "a.flt", "--binary", "--vrml2"}, "exclude each other"},
@@ -90,29 +107,34 @@ TEST_F(ToolTest, missingNonOpenFlightAndUnwritableFiles_exitOneWithoutOutputFile
         const char* out;  // empty: nothing on standard output
     };
     const Case cases[] = {
+        {{"convert", text, "--log"}, "text.flt: not an OpenFlight database\n", ""},
         {{"convert", none}, "none.flt: no such file", ""},
         {{"info", none}, "none.flt: no such file", ""},
         {{"deps", none}, "none.flt: no such file", ""},
         {{"stats", none}, "none.flt: no such file", ""},
         {{"render", none, "-o", dir.file("none.png")}, "none.flt: no such file", ""},
-        {{"convert", text}, "ERROR! Not an Openflight Input !\n(Warning Level: 3)\n", ""},
-        {{"info", text}, "text.flt: not converted",
-         "scene: not converted\nmessages: 1\n  [level 3] ERROR! Not an Openflight Input !\n"},
+        {{"convert", text}, "text.flt: not an OpenFlight database\n", ""},
+        {{"convert", text, "-o", dir.file("text.glb")}, "text.flt: not an OpenFlight database\n", ""},
+        {{"info", text}, "text.flt: not an OpenFlight database\n", ""},
+        {{"convert", dir.path().string()}, "a batch needs -o DIR", ""},
+        {{"info", dir.path().string()}, ": is a directory\n", ""},
         {{"deps", text}, "text.flt: not an OpenFlight database", ""},
         {{"stats", text}, "not an OpenFlight database, no statistics written", ""},
-        {{"render", text, "-o", dir.file("text.png")}, "text.flt: not converted", ""},
+        {{"render", text, "-o", dir.file("text.png")}, "text.flt: not an OpenFlight database", ""},
         {{"render", badIv, "-o", dir.file("bad.png")}, "bad.iv: not a readable Inventor file", ""},
-        {{"convert", good, "-o", good + "/x.iv"}, "cannot write " + good + "/x.iv", ""},
-        {{"convert", good, "-o", dir.file("taken.iv")}, "cannot write " + dir.file("taken.iv"), ""},
+        {{"convert", good, "-o", good + "/x.iv"}, "cannot write " + good + "/x.iv: Not a directory", ""},
+        {{"convert", good, "-o", dir.file("taken.iv")}, "cannot write " + dir.file("taken.iv") + ": Is a directory", ""},
     };
     for (const Case& c : cases) {
         const RunResult r = runTool(c.args);
-        EXPECT_EQ(r.status, 1) << c.args[0] << " " << c.args[1];
+        EXPECT_EQ(r.status, c.err == "a batch needs -o DIR" ? 2 : 1) << c.args[0] << " " << c.args[1];
         EXPECT_TRUE(contains(r.err, c.err)) << r.err;
+        // Each fault said once by the tool, with its reason.
+        EXPECT_EQ(toolLines(r.err), 1) << r.err;
         if (*c.out) EXPECT_TRUE(contains(r.out, c.out)) << r.out;
         else EXPECT_EQ(r.out, "") << c.args[0] << " " << c.args[1];
     }
-    for (const char* file : {"none.iv", "text.iv", "text.flt.stat", "none.png", "text.png", "bad.png"})
+    for (const char* file : {"none.iv", "text.iv", "text.flt.stat", "none.png", "text.png", "bad.png", "text.flt.log"})
         EXPECT_FALSE(fs::exists(dir.file(file))) << file;
     // Outputs are written whole under a temporary name, then renamed: none is left behind,
     // and an output name that is a link is replaced, its target untouched.
@@ -163,7 +185,7 @@ TEST_F(ToolTest, truncatedDatabase_keepsWhatCameBeforeTheDamageAndSaysSo)
     EXPECT_FALSE(contains(info.err, "Warning Level")) << info.err;
 }
 
-TEST_F(ToolTest, convert_writesInventorOrVrmlAndTheLibrarysLog)
+TEST_F(ToolTest, convert_writesInventorOrVrmlAndTheLogOnlyWhenAsked)
 {
     const std::string input = write("db.flt", smallDatabase());
     const RunResult r = runTool({"convert", input});
@@ -172,14 +194,20 @@ TEST_F(ToolTest, convert_writesInventorOrVrmlAndTheLibrarysLog)
     const std::string ascii = readFile(dir.file("db.iv"));
     EXPECT_EQ(ascii.rfind("#Inventor V2.1 ascii", 0), 0u);
     for (const char* part : {"DEF root Separator", "DEF g1 ", "IndexedFaceSet"}) EXPECT_TRUE(contains(ascii, part));
-    EXPECT_TRUE(contains(readFile(input + ".log"), "\n HEADER RECORD \n"));
+    EXPECT_FALSE(fs::exists(input + ".log"));
 
-    ASSERT_EQ(runTool({"convert", input, "--no-log", "--binary", "-o", dir.file("b.iv")}).status, 0);
+    ASSERT_EQ(runTool({"convert", input, "--log", "--binary", "-o", dir.file("b.iv")}).status, 0);
     EXPECT_EQ(readFile(dir.file("b.iv")).rfind("#Inventor V2.1 binary", 0), 0u);
-    const std::string quiet = readFile(input + ".log");
-    EXPECT_TRUE(contains(quiet, "beginning of parsing\nOpenFlight file version: 1570\n"));
-    EXPECT_TRUE(contains(quiet, "end of parsing"));
-    EXPECT_FALSE(contains(quiet, "HEADER RECORD"));
+    EXPECT_TRUE(contains(readFile(input + ".log"), "\n HEADER RECORD \n"));
+    fs::remove(input + ".log");
+    for (const char* output : {"l.iv", "l.glb"}) {
+        ASSERT_EQ(runTool({"convert", input, "--log-dir", dir.file("logs"), "-o", dir.file(output)}).status, 0) << output;
+        EXPECT_TRUE(contains(readFile(dir.file("logs/db.flt.log")), "HEADER RECORD")) << output;
+        EXPECT_FALSE(fs::exists(input + ".log")) << output;
+        fs::remove(dir.file("logs/db.flt.log"));
+    }
+    ASSERT_EQ(runTool({"info", input, "--no-log"}).status, 0);
+    EXPECT_FALSE(fs::exists(input + ".log"));
 
     ASSERT_EQ(runTool({"convert", input, "--yup", "-o", dir.file("y.iv")}).status, 0);
     const std::string yup = readFile(dir.file("y.iv"));
@@ -238,6 +266,18 @@ TEST_F(ToolTest, info_reportsHeaderRecordsSceneAndTree)
     EXPECT_TRUE(contains(tree.substr(object), " face\n")) << tree;
 }
 
+TEST_F(ToolTest, info_saysARepeatedMessageOnceWithItsCount)
+{
+    // Control records padded to 8 bytes: the classic conversion reports each one.
+    FltFixture db;
+    db.header(1570);
+    for (int i = 0; i < 3; ++i) db.add(FltRecordBytes(10, 8)).group("g" + std::to_string(i)).add(FltRecordBytes(11, 8));
+    const RunResult r = runTool({"info", write("padded.flt", db.bytes()), "--classic"});
+    EXPECT_TRUE(contains(r.out, "messages: 6\n  [level 1] WARNING ! this ControlRecord hasn t the correct length !\n"
+                                "  ... and 5 more like this\n"))
+        << r.out;
+}
+
 TEST_F(ToolTest, deps_listsTheFilesOfEveryReferencedDatabaseOnceAndCountsTheMissing)
 {
     FltFixture child, top;
@@ -259,7 +299,8 @@ TEST_F(ToolTest, deps_listsTheFilesOfEveryReferencedDatabaseOnceAndCountsTheMiss
               "  found\n    (listed above)\n",
           "reference  sub/gone.flt  ->  " + dir.file("sub/gone.flt") + "  MISSING\n"})
         EXPECT_TRUE(contains(r.out, lines)) << lines << r.out;
-    EXPECT_TRUE(contains(r.err, "2 files are missing"));
+    EXPECT_TRUE(contains(r.out, "2 files are missing\n"));
+    EXPECT_EQ(r.err, "");  // the summary is said once, on standard output
     EXPECT_FALSE(fs::exists(dir.file("top.flt.log")));  // nothing is written next to the databases
 
     write("gone.rgb", "image");

@@ -28,8 +28,9 @@ RunResult runRender(const std::vector<std::string>& args, std::vector<std::pair<
 TEST(RenderTest, pictureShowsTheSceneInItsColoursFramedByEachView)
 {
     ScratchDir dir;
-    writeFile(dir.file("box.iv"), kRedBox);
-    const RunResult box = runRender({"render", dir.file("box.iv"), "-o", dir.file("box.png"), "--size", "200x160",
+    // An Inventor file is told by its header, whatever its name.
+    writeFile(dir.file("box.ivb"), kRedBox);
+    const RunResult box = runRender({"render", dir.file("box.ivb"), "-o", dir.file("box.png"), "--size", "200x160",
                                      "--view", "top"});
     if (failedForWantOfDisplay(box)) GTEST_SKIP() << "no X server could be started for rendering: " << box.err;
     ASSERT_EQ(box.status, 0) << box.err;
