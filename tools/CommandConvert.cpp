@@ -47,7 +47,8 @@ const char* const kConvertUsage =
     "  --format F   iv (ASCII Inventor, the default), ivb (binary Inventor, named NAME.iv), wrl\n"
     "               (VRML97) or glb (binary glTF)\n"
     "  --jobs N     convert N databases at once, each in a process of its own (default 1)\n"
-    "  --strict     exit status 1 as well when a conversion reported an error (level 3)\n"
+    "  --strict     exit status 1 as well when a conversion reported an error (level 3), its\n"
+    "               output written all the same (one database or a batch)\n"
     "VRML output gets node names that are VRML identifiers, and each texture image as a PNG file\n"
     "beside OUT (named after the image), which its ImageTexture urls name.\n";
 
@@ -82,6 +83,18 @@ void reportBatchItem(int faces, const std::vector<ConsoleMessage>& messages)
     std::cout << kBatchReport << " " << faces << " " << levels[1] << " " << levels[2] << " " << levels[3] << "\n";
 }
 
+// With --strict, a conversion that reported an error (level 3) fails, its output written.
+bool strictFailure(const Arguments& args, const std::string& input, const std::vector<ConsoleMessage>& messages)
+{
+    if (!args.has("--strict") || args.has("--batch-item")) return false;
+    for (const ConsoleMessage& m : messages)
+        if (m.level >= 3) {
+            std::cerr << "qetzflt convert: " << input << ": the conversion reported an error (--strict)\n";
+            return true;
+        }
+    return false;
+}
+
 int writeGltf(const std::string& input, const std::string& output, const Arguments& args)
 {
     QetzFltLibrary* library = loadLibrary();
@@ -105,20 +118,25 @@ int writeGltf(const std::string& input, const std::string& output, const Argumen
     }
     // The library's messages are echoed on standard error as they come (not in a batch).
     const bool item = args.has("--batch-item");
-    const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | logOption(args) | (item ? unsigned(QETZFLT_NO_ECHO) : 0u);
+    const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | logOption(args) | QETZFLT_NO_ECHO;
     const int status = library->writeGltf(input.c_str(), output.c_str(), options);
     std::vector<ConsoleMessage> messages;
-    if (library->lastMessageCount && library->lastMessageLevel)
-        for (int i = 0; i < library->lastMessageCount(); ++i) messages.push_back({"", library->lastMessageLevel(i)});
+    if (library->lastMessageCount && library->lastMessageText && library->lastMessageLevel)
+        for (int i = 0; i < library->lastMessageCount(); ++i) {
+            const char* text = library->lastMessageText(i);
+            messages.push_back({text ? text : "", library->lastMessageLevel(i)});
+        }
     if (library->clearMessages) library->clearMessages();
+    // Echoed once the run has ended: a refusal is said in one line.
+    if (!item && status != 1) echoMessages(messages);
     if (logOption(args) != QETZFLT_LOG_NONE) settleLog(input, args, status == 1);
     if (status == 0) {
         if (item) reportBatchItem(-1, messages);
         else std::cout << "wrote " << output << "\n";
-        return kOk;
+        return strictFailure(args, input, messages) ? kFailed : kOk;
     }
     std::cerr << "qetzflt convert: " << output << " not written"
-              << (status == 1   ? ": " + input + " is not an OpenFlight database, or was refused"
+              << (status == 1   ? ": " + input + " not converted: " + lastError(messages, "refused by the library")
                   : status == 3 ? ": the database draws nothing"
                                 : std::string())
               << "\n";
@@ -138,7 +156,7 @@ int commandConvert(int argc, char** argv)
     if (!args.error.empty()) return usageError("convert", args.error, kConvertUsage);
     if (args.positional.empty()) return usageError("convert", "expects an input file", kConvertUsage);
     const bool batch = args.positional.size() > 1 || std::filesystem::is_directory(args.positional[0]) ||
-                       args.has("--strict") || !args.value("--format").empty() || !args.value("--jobs").empty();
+                       !args.value("--format").empty() || !args.value("--jobs").empty();
     if (batch) {
         if (args.value("-o").empty()) return usageError("convert", "a batch needs -o DIR", kConvertUsage);
         return convertBatch(args, kConvertUsage);
@@ -218,7 +236,7 @@ int commandConvert(int argc, char** argv)
             return true;
         },
         error);
-    const int status = wrote ? kOk : kFailed;
+    const int status = wrote && !strictFailure(args, input, conversion.messages) ? kOk : kFailed;
     if (wrote && item) reportBatchItem(summarizeScene(conversion.root).faces, conversion.messages);
     else if (wrote) std::cout << "wrote " << output << "\n";
     else std::cerr << "qetzflt convert: " << error << "\n";

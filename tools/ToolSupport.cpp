@@ -128,8 +128,10 @@ bool Conversion::run(const std::string& path, bool echo, const Arguments& args)
     }
     directory = directoryOf(path);
     SoInput::addDirectoryFirst(directory.c_str());
+    // The messages are echoed once the conversion has ended, so that a refusal is said in
+    // one line rather than as the library's error and then the tool's.
     SoSeparator* converted =
-        library->convertWithOptions ? convertWithOptions(*library, path, echo, log) : convertPlain(*library, path, echo);
+        library->convertWithOptions ? convertWithOptions(*library, path, false, log) : convertPlain(*library, path, echo);
     if (!library->convertWithOptions) classic = true;
     SoInput::removeDirectory(directory.c_str());
     if (!converted) {
@@ -142,10 +144,31 @@ bool Conversion::run(const std::string& path, bool echo, const Arguments& args)
     root = converted;
     if (library->convertWithOptions && log != QETZFLT_LOG_NONE) settleLog(path, args, refused);
     if (refused) {
-        std::cerr << "qetzflt: " << path << ": not converted (refused by the library)\n";
+        std::cerr << "qetzflt: " << path << ": not converted: " << lastError(messages, "refused by the library") << "\n";
         return false;
     }
+    if (echo && library->convertWithOptions) echoMessages(messages);
     return true;
+}
+
+void echoMessages(const std::vector<ConsoleMessage>& messages)
+{
+    for (const ConsoleMessage& m : messages) {
+        std::string text = m.text;
+        while (!text.empty() && text.back() == '\n') text.pop_back();
+        std::cerr << text << "\n(Warning Level: " << m.level << ")\n\n";
+    }
+}
+
+std::string lastError(const std::vector<ConsoleMessage>& messages, const std::string& otherwise)
+{
+    for (auto it = messages.rbegin(); it != messages.rend(); ++it) {
+        if (it->level < 3) continue;
+        std::string text = it->text;
+        while (!text.empty() && text.back() == '\n') text.pop_back();
+        return text;
+    }
+    return otherwise;
 }
 
 SoSeparator* Conversion::convertWithOptions(QetzFltLibrary& library, const std::string& path, bool echo, unsigned int log)

@@ -74,6 +74,12 @@ private:
     SoSeparator* convertPlain(QetzFltLibrary& library, const std::string& path, bool echo);
 };
 
+// The messages on standard error as the library's console echoes them.
+void echoMessages(const std::vector<ConsoleMessage>& messages);
+
+// The text of the last error (level 3) among the messages, or `otherwise`.
+std::string lastError(const std::vector<ConsoleMessage>& messages, const std::string& otherwise);
+
 // A picture size "WIDTHxHEIGHT", 16 to 8192 pixels each.
 bool parseSize(const std::string& text, int& width, int& height);
 

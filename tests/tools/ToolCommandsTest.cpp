@@ -2,6 +2,7 @@
 // convert, info, deps and stats on good, missing and damaged databases.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 
@@ -160,6 +161,16 @@ TEST_F(ToolTest, missingNonOpenFlightAndUnwritableFiles_exitOneWithoutOutputFile
             EXPECT_EQ(r.status, 1) << command << " " << reason;
             EXPECT_TRUE(contains(r.err, reason)) << r.err;
         }
+    // A file that begins as a database but is refused: the library's reason, in one line.
+    const std::string old = write("old.flt", std::string("\0\1\0\4", 4));
+    for (const std::string output : {"old.iv", "old.glb"}) {
+        const RunResult refused = runTool({"convert", old, "-o", dir.file(output)});
+        EXPECT_EQ(refused.status, 1);
+        EXPECT_TRUE(contains(refused.err, "old.flt not converted: ERROR ! Openflight Format Revision not supported !\n") ||
+                    contains(refused.err, "old.flt: not converted: ERROR ! Openflight Format Revision not supported !\n"))
+            << refused.err;
+        EXPECT_EQ(std::count(refused.err.begin(), refused.err.end(), '\n'), 1) << refused.err;
+    }
     const RunResult stats = runTool({"stats", good});
     EXPECT_EQ(stats.status, 1);
     EXPECT_TRUE(contains(stats.err, "db.flt.stat not written: WARNING ! The statistics file")) << stats.err;
@@ -175,6 +186,10 @@ TEST_F(ToolTest, truncatedDatabase_keepsWhatCameBeforeTheDamageAndSaysSo)
         EXPECT_EQ(converted.status, 0) << converted.err;
         EXPECT_TRUE(contains(converted.err, "ERROR")) << converted.err;
     }
+    // --strict fails it, written all the same.
+    const RunResult strict = runTool({"convert", input, "--strict", "-o", dir.file("strict.glb")});
+    EXPECT_EQ(strict.status, 1);
+    EXPECT_TRUE(contains(strict.err, "cut.flt: the conversion reported an error (--strict)")) << strict.err;
     // The empty group stands in the classic scene, written last; as authored it draws nothing.
     EXPECT_TRUE(contains(readFile(dir.file("cut.iv")), "DEF g1 "));
 
