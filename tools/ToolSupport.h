@@ -58,8 +58,8 @@ public:
     // --log: the library's log IN.flt.log beside the input, --log-dir DIR: that log moved
     // into DIR; else no log), with the database's directory first
     // on Coin's search path, so that its textures load whatever the working directory. With
-    // echo false, the console's echo on standard error is held back (the messages are still
-    // collected). False, with one message on standard error, when the file is missing, is
+    // echo, the messages go to standard error once the conversion has ended (a refusal as one
+    // line); without, they are only collected. False, with one message on standard error, when the file is missing, is
     // no OpenFlight database or the conversion was refused; a refused input leaves no log.
     bool run(const std::string& path, bool echo, const Arguments& args);
 
