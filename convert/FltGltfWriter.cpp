@@ -25,7 +25,9 @@
 // The writer's own copy of tinygltf, which the build keeps out of the library's exported
 // names (this file is compiled with hidden visibility) so that a host with a tinygltf of
 // its own is not disturbed. Images arrive as PNG already: no image coder of tinygltf's is
-// needed.
+// needed. It goes by a name of its own, since the tests link these objects beside a
+// tinygltf built with other options.
+#define tinygltf qetzflt_tinygltf
 #define TINYGLTF_IMPLEMENTATION
 #define TINYGLTF_NO_STB_IMAGE
 #define TINYGLTF_NO_STB_IMAGE_WRITE

@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup-packages.sh cmake make g++ pkg-config libcoin-dev libtinygltf-dev nlohmann-json3-dev libgtest-dev libpng-dev libx11-dev libgl-dev libglx-dev \
-  libsimage-dev xvfb libgl1-mesa-dri libsoqt520-dev qtbase5-dev
+  libsimage-dev xvfb libgl1-mesa-dri libsoqt520-dev qtbase5-dev python3-pivy
 jobs=$(nproc)
 
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo

@@ -16,6 +16,13 @@
 #ifndef QETZFLT_QETZFLT_H
 #define QETZFLT_QETZFLT_H
 
+/* The library is built with its own names hidden; these functions are what it exports. */
+#if defined(__GNUC__)
+#define QETZFLT_API __attribute__((visibility("default")))
+#else
+#define QETZFLT_API
+#endif
+
 #ifdef __cplusplus
 class SoSeparator;
 extern "C" {
@@ -31,10 +38,10 @@ typedef struct SoSeparator SoSeparator;
  * count of 1, which the caller owns and releases with unref(); a refused database gives an
  * empty root with a count of 0; null only for an empty path.
  */
-SoSeparator* convertFrom(const char* path);
+QETZFLT_API SoSeparator* convertFrom(const char* path);
 /* "Skerrymoor" and "8.6.3", the same pointers on every call. */
-const char* getProductName(void);
-const char* getVersion(void);
+QETZFLT_API const char* getProductName(void);
+QETZFLT_API const char* getVersion(void);
 
 /* The options word of qetzfltConvert: one log choice, one builder and any of the flags. */
 enum {
@@ -63,7 +70,7 @@ enum {
  * root is returned as by convertFrom; null for an empty path or an options word with bits
  * this library does not know (with a console message).
  */
-SoSeparator* qetzfltConvert(const char* path, unsigned int options);
+QETZFLT_API SoSeparator* qetzfltConvert(const char* path, unsigned int options);
 
 /*
  * Converts the database at path as authored and writes it as glTF 2.0 to output: a binary
@@ -81,18 +88,18 @@ SoSeparator* qetzfltConvert(const char* path, unsigned int options);
  * not be written, 3 when the database draws nothing (then nothing is written); the
  * messages say why and what was left out. The messages are read as after a conversion.
  */
-int qetzfltWriteGltf(const char* path, const char* output, unsigned int options);
+QETZFLT_API int qetzfltWriteGltf(const char* path, const char* output, unsigned int options);
 
 /* The messages of the last conversion, inspection or statistics run on the calling thread,
  * oldest first: their count, and each one's text (null out of range) and level (1 to 3, 3
  * for errors; 0 out of range). */
-int qetzfltLastMessageCount(void);
-const char* qetzfltLastMessageText(int index);
-int qetzfltLastMessageLevel(int index);
+QETZFLT_API int qetzfltLastMessageCount(void);
+QETZFLT_API const char* qetzfltLastMessageText(int index);
+QETZFLT_API int qetzfltLastMessageLevel(int index);
 
 /* 1 when the file at path begins as an OpenFlight database does (a header record), else 0;
  * read without blocking. */
-int qetzfltIsDatabase(const char* path);
+QETZFLT_API int qetzfltIsDatabase(const char* path);
 
 /* Receives one fact of a database: a key and its value, both NUL-terminated. */
 typedef void (*QetzfltFactFunction)(void* user, const char* key, const char* value);
@@ -109,12 +116,12 @@ typedef void (*QetzfltFactFunction)(void* user, const char* key, const char* val
  * database (then only the messages tell why). Writes no file and nothing to standard output
  * or error; messages are kept but not echoed.
  */
-int qetzfltInspect(const char* path, QetzfltFactFunction fact, void* user);
+QETZFLT_API int qetzfltInspect(const char* path, QetzfltFactFunction fact, void* user);
 
 /* Writes PATH.stat, the record counts by opcode. 0 when written, 1 when the database could
  * not be parsed, 2 when the file could not be written (the messages say why). Writes
  * nothing to standard output or error. */
-int qetzfltWriteStatistics(const char* path);
+QETZFLT_API int qetzfltWriteStatistics(const char* path);
 
 /*
  * Reads the image file at image through the scene graph library's image reader (SGI .rgb,
@@ -126,16 +133,16 @@ int qetzfltWriteStatistics(const char* path);
  * Takes its turn with conversions; the messages, one on failure, say why (kept, not echoed:
  * see qetzfltLastMessageText). Writes nothing to standard output or error.
  */
-int qetzfltWriteImageAsPng(const char* image, const char* png);
+QETZFLT_API int qetzfltWriteImageAsPng(const char* image, const char* png);
 
 /* Every message the process has been given since it last cleared them, oldest first (see
  * qetzfltLastMessageText); a text stays valid until the next conversion or clearing. */
-int qetzfltMessageCount(void);
-const char* qetzfltMessageText(int index);
-int qetzfltMessageLevel(int index);
+QETZFLT_API int qetzfltMessageCount(void);
+QETZFLT_API const char* qetzfltMessageText(int index);
+QETZFLT_API int qetzfltMessageLevel(int index);
 /* Empties the process's list, which otherwise grows with every conversion; the messages of
  * each thread's last conversion stay. */
-void qetzfltClearMessages(void);
+QETZFLT_API void qetzfltClearMessages(void);
 
 #ifdef __cplusplus
 }
