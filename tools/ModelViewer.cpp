@@ -87,7 +87,10 @@ bool ViewedFile::switchConversion()
     return convert(other) && current_ == other;
 }
 
-std::string ViewedFile::fileName() const { return std::filesystem::path(path_).filename().string(); }
+std::string ViewedFile::fileName() const
+{
+    return std::filesystem::path(path_).filename().string();
+}
 
 std::string ViewedFile::facesText() const
 {
@@ -199,7 +202,7 @@ SbBool ModelViewer::processSoEvent(const SoEvent* const event)
 {
     // Ahead of the examiner's own keys, which these letters are not among.
     if (SO_KEY_PRESS_EVENT(event, C)) {
-        if (!file_.isDatabase())
+        if (!file_.holdsDatabase())
             std::cout << file_.fileName() << ": an Inventor file has no other conversion" << std::endl;
         else if (file_.switchConversion())
             showScene();

@@ -31,7 +31,7 @@ public:
     // or the file is no database.
     bool switchConversion();
 
-    bool isDatabase() const { return database_; }
+    bool holdsDatabase() const { return database_; }
     std::string fileName() const;
     std::string mode() const;  // "as authored", "classic" or "Inventor file"
     SoSeparator* scene() const;
