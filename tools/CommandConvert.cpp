@@ -103,15 +103,8 @@ int writeGltf(const std::string& input, const std::string& output, const Argumen
         std::cerr << "qetzflt convert: the library " << library->path() << " cannot write glTF\n";
         return kFailed;
     }
+    if (!isConvertibleInput(*library, input, "qetzflt convert")) return kFailed;
     std::string why;
-    if (!isRegularFile(input, &why)) {
-        std::cerr << "qetzflt convert: " << input << ": " << why << "\n";
-        return kFailed;
-    }
-    if (library->isDatabase && !library->isDatabase(input.c_str())) {
-        std::cerr << "qetzflt convert: " << input << ": not an OpenFlight database\n";
-        return kFailed;
-    }
     if (!makeParentDirectory(output, &why)) {
         std::cerr << "qetzflt convert: cannot write " << output << ": " << why << "\n";
         return kFailed;
@@ -120,13 +113,7 @@ int writeGltf(const std::string& input, const std::string& output, const Argumen
     const bool item = args.has("--batch-item");
     const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | logOption(args) | QETZFLT_NO_ECHO;
     const int status = library->writeGltf(input.c_str(), output.c_str(), options);
-    std::vector<ConsoleMessage> messages;
-    if (library->lastMessageCount && library->lastMessageText && library->lastMessageLevel)
-        for (int i = 0; i < library->lastMessageCount(); ++i) {
-            const char* text = library->lastMessageText(i);
-            messages.push_back({text ? text : "", library->lastMessageLevel(i)});
-        }
-    if (library->clearMessages) library->clearMessages();
+    const std::vector<ConsoleMessage> messages = takeLastMessages(*library);
     // Echoed once the run has ended: a refusal is said in one line.
     if (!item && status != 1) echoMessages(messages);
     if (logOption(args) != QETZFLT_LOG_NONE) settleLog(input, args, status == 1);

@@ -108,17 +108,7 @@ bool Conversion::run(const std::string& path, bool echo, const Arguments& args)
     classic = args.has("--classic");
     QetzFltLibrary* library = loadLibrary();
     if (!library) return false;
-    std::string why;
-    if (!isRegularFile(path, &why)) {
-        std::cerr << "qetzflt: " << path << ": " << why << "\n";
-        return false;
-    }
-    // Told by its first bytes: a file that is no database is not converted at all, so it
-    // gets one message and leaves no log.
-    if (library->isDatabase && !library->isDatabase(path.c_str())) {
-        std::cerr << "qetzflt: " << path << ": not an OpenFlight database\n";
-        return false;
-    }
+    if (!isConvertibleInput(*library, path, "qetzflt")) return false;
     unsigned int log = writeLog ? logOption(args) : unsigned(QETZFLT_LOG_NONE);
     std::error_code ec;
     if (log != QETZFLT_LOG_NONE && !args.value("--log-dir").empty() && std::filesystem::exists(path + ".log", ec)) {
@@ -177,15 +167,35 @@ SoSeparator* Conversion::convertWithOptions(QetzFltLibrary& library, const std::
     const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | (echo ? 0u : unsigned(QETZFLT_NO_ECHO)) | log |
                                  (classic ? unsigned(QETZFLT_BUILD_CLASSIC) : unsigned(QETZFLT_BUILD_AS_AUTHORED));
     SoSeparator* converted = library.convertWithOptions(path.c_str(), options);
-    if (library.lastMessageCount && library.lastMessageText && library.lastMessageLevel) {
+    messages = takeLastMessages(library);
+    return converted;
+}
+
+std::vector<ConsoleMessage> takeLastMessages(QetzFltLibrary& library)
+{
+    std::vector<ConsoleMessage> messages;
+    if (library.lastMessageCount && library.lastMessageText && library.lastMessageLevel)
         for (int i = 0; i < library.lastMessageCount(); ++i) {
             const char* text = library.lastMessageText(i);
             messages.push_back({text ? text : "", library.lastMessageLevel(i)});
         }
-    }
-    // The tool keeps its own copy: a batch must not grow the library's list without end.
     if (library.clearMessages) library.clearMessages();
-    return converted;
+    return messages;
+}
+
+bool isConvertibleInput(QetzFltLibrary& library, const std::string& path, const std::string& command)
+{
+    std::string why;
+    if (!isRegularFile(path, &why)) {
+        std::cerr << command << ": " << path << ": " << why << "\n";
+        return false;
+    }
+    // Told by its first bytes.
+    if (library.isDatabase && !library.isDatabase(path.c_str())) {
+        std::cerr << command << ": " << path << ": not an OpenFlight database\n";
+        return false;
+    }
+    return true;
 }
 
 unsigned int logOption(const Arguments& args)

@@ -77,6 +77,15 @@ private:
 // The messages on standard error as the library's console echoes them.
 void echoMessages(const std::vector<ConsoleMessage>& messages);
 
+// The messages of the library's last conversion, which the library then forgets: a batch
+// must not grow its list without end.
+std::vector<ConsoleMessage> takeLastMessages(QetzFltLibrary& library);
+
+// Whether `path` can be converted at all: a regular file that begins as a database does.
+// When not, one line "COMMAND: PATH: REASON" on standard error; a file that is no database
+// is then never handed to the library, so it gets no log either.
+bool isConvertibleInput(QetzFltLibrary& library, const std::string& path, const std::string& command);
+
 // The text of the last error (level 3) among the messages, or `otherwise`.
 std::string lastError(const std::vector<ConsoleMessage>& messages, const std::string& otherwise);
 
