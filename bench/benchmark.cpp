@@ -1,13 +1,19 @@
 // qetzflt-bench: times conversions against the floor of merely reading a file and walking
 // its record headers, with the per-record log dump on and off, and reports peak memory.
 //
-//   qetzflt-bench [--runs N] FILE...
+//   qetzflt-bench [--runs N] [--objects FILE]... [--small FILE] FILE...
 //
-// For each file the floor, the conversion with the log and the conversion without it run
+// For each FILE the floor, the conversion with the log and the conversion without it run
 // interleaved, N times each (default 5); the table shows medians and their ratios to the
 // floor. Peak memory is the maximum resident size of a fresh process converting the file
 // once, log on, next to the file's size.
+// A database of many objects (--objects) is loaded without the log, its first bounding box
+// taken, and its scene released, by the host's unref() and by qetzfltReleaseScene in turn;
+// its load per MiB is set against the last FILE's. A small database (--small) is converted
+// many times over, to show what a conversion costs above reading and walking it.
+#include <Inventor/SbViewportRegion.h>
 #include <Inventor/SoDB.h>
+#include <Inventor/actions/SoGetBoundingBoxAction.h>
 #include <Inventor/nodes/SoSeparator.h>
 
 #include <sys/resource.h>
@@ -54,13 +60,14 @@ uint64_t floorPass(const std::string& path)
     return sum;
 }
 
-double convertOnce(const std::string& path, bool log, bool asAuthored = false)
+double convertOnce(const std::string& path, bool log, bool asAuthored = false, bool noLogFile = false)
 {
     // A previous run's log is removed first: truncating a large file costs the kernel time
     // that a user converting the database once never pays.
     std::remove((path + ".log").c_str());
-    const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | (log ? QETZFLT_LOG_FILE : QETZFLT_LOG_NO_DUMP) |
-                                 (asAuthored ? QETZFLT_BUILD_AS_AUTHORED : QETZFLT_BUILD_CLASSIC);
+    const unsigned int logChoice = noLogFile ? QETZFLT_LOG_NONE : log ? QETZFLT_LOG_FILE : QETZFLT_LOG_NO_DUMP;
+    const unsigned int options =
+        QETZFLT_NO_STANDARD_OUTPUT | logChoice | (asAuthored ? QETZFLT_BUILD_AS_AUTHORED : QETZFLT_BUILD_CLASSIC);
     const Clock::time_point start = Clock::now();
     SoSeparator* root = qetzfltConvert(path.c_str(), options);
     const double elapsed = seconds(start);
@@ -68,6 +75,31 @@ double convertOnce(const std::string& path, bool log, bool asAuthored = false)
     if (root->getRefCount() == 0) root->ref();
     root->unref();
     return elapsed;
+}
+
+// The phases a host goes through with a database of many objects.
+struct ObjectTimes {
+    double load = 0, box = 0, release = 0;
+};
+
+ObjectTimes loadBoxRelease(const std::string& path, bool throughLibrary)
+{
+    ObjectTimes times;
+    Clock::time_point start = Clock::now();
+    SoSeparator* root = qetzfltConvert(path.c_str(), QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_LOG_NONE);
+    times.load = seconds(start);
+    if (root->getRefCount() == 0) root->ref();
+    start = Clock::now();
+    SoGetBoundingBoxAction box{SbViewportRegion(640, 480)};
+    box.apply(root);
+    times.box = seconds(start);
+    start = Clock::now();
+    if (throughLibrary)
+        qetzfltReleaseScene(root);
+    else
+        root->unref();
+    times.release = seconds(start);
+    return times;
 }
 
 double median(std::vector<double> values)
@@ -97,6 +129,59 @@ struct Row {
     long peak = -1;
 };
 
+double mebibytes(const std::string& path) { return std::filesystem::file_size(path) / (1024.0 * 1024.0); }
+
+std::string fileName(const std::string& path) { return std::filesystem::path(path).filename().string(); }
+
+// Loads, first bounding boxes and releases of databases of many objects, against the per-MiB
+// log-off time of the terrain given.
+void objectTable(const std::vector<std::string>& files, int runs, const Row* terrain)
+{
+    std::printf("\n%-22s %9s %9s %15s %11s %9s %10s %10s %12s\n", "many objects", "MiB", "floor s", "load s (x)",
+                "load s/MiB", "box s", "unref s", "release s", "(x unref)");
+    for (const std::string& path : files) {
+        std::vector<double> floors, loads, boxes, plain, ours;
+        floorPass(path);
+        for (int r = 0; r < runs; ++r) {
+            Clock::time_point start = Clock::now();
+            floorPass(path);
+            floors.push_back(seconds(start));
+            const ObjectTimes a = loadBoxRelease(path, false);
+            const ObjectTimes b = loadBoxRelease(path, true);
+            loads.insert(loads.end(), {a.load, b.load});
+            boxes.insert(boxes.end(), {a.box, b.box});
+            plain.push_back(a.release);
+            ours.push_back(b.release);
+        }
+        const double mib = mebibytes(path), floor = median(floors), load = median(loads);
+        std::printf("%-22s %9.1f %9.4f %7.3f (%5.1f) %11.4f %9.3f %10.3f %10.3f %12.2f\n", fileName(path).c_str(), mib,
+                    floor, load, load / floor, load / mib, median(boxes), median(plain), median(ours),
+                    median(ours) / median(plain));
+        if (terrain)
+            std::printf("  load per MiB over %s's log-off per MiB: %.2f\n", terrain->name.c_str(),
+                        (load / mib) / (terrain->logOff / terrain->mib));
+    }
+}
+
+// What a small database's conversion (log off) costs above reading and walking it, warm.
+void smallRow(const std::string& path, int runs)
+{
+    std::vector<double> floors, logOff, noLog;
+    for (int r = 0; r < 10; ++r) convertOnce(path, false);
+    for (int r = 0; r < runs; ++r) {
+        Clock::time_point start = Clock::now();
+        floorPass(path);
+        floors.push_back(seconds(start));
+        logOff.push_back(convertOnce(path, false));
+        noLog.push_back(convertOnce(path, false, false, true));
+    }
+    const double floor = median(floors);
+    std::printf("\nsmall database %s (%.1f KiB), medians of %d runs: floor %.3f ms; above it, log off %.3f ms, "
+                "no log file %.3f ms\n",
+                fileName(path).c_str(), mebibytes(path) * 1024, runs, floor * 1e3, (median(logOff) - floor) * 1e3,
+                (median(noLog) - floor) * 1e3);
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -104,15 +189,20 @@ int main(int argc, char** argv)
     SoDB::init();
     if (argc == 3 && std::strcmp(argv[1], "--peak-child") == 0) return convertOnce(argv[2], true) >= 0 ? 0 : 1;
     int runs = 5;
-    std::vector<std::string> files;
+    std::vector<std::string> files, objectFiles;
+    std::string smallFile;
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--runs") == 0 && i + 1 < argc)
             runs = std::max(1, std::atoi(argv[++i]));
+        else if (std::strcmp(argv[i], "--objects") == 0 && i + 1 < argc)
+            objectFiles.push_back(argv[++i]);
+        else if (std::strcmp(argv[i], "--small") == 0 && i + 1 < argc)
+            smallFile = argv[++i];
         else
             files.push_back(argv[i]);
     }
-    if (files.empty()) {
-        std::cerr << "usage: qetzflt-bench [--runs N] FILE...\n";
+    if (files.empty() && objectFiles.empty() && smallFile.empty()) {
+        std::cerr << "usage: qetzflt-bench [--runs N] [--objects FILE]... [--small FILE] FILE...\n";
         return 2;
     }
 
@@ -125,8 +215,8 @@ int main(int argc, char** argv)
     for (const std::string& path : files) {
         Row row;
         row.peak = peaks[rows.size()];
-        row.name = std::filesystem::path(path).filename().string();
-        row.mib = std::filesystem::file_size(path) / (1024.0 * 1024.0);
+        row.name = fileName(path);
+        row.mib = mebibytes(path);
         std::vector<double> floors, ons, offs, authored;
         uint64_t checksum = 0;
         floorPass(path);  // warm the page cache
@@ -161,5 +251,7 @@ int main(int argc, char** argv)
                     small.name.c_str(), (big.logOn / big.mib) / (small.logOn / small.mib),
                     (big.logOff / big.mib) / (small.logOff / small.mib));
     }
+    objectTable(objectFiles, runs, rows.empty() ? nullptr : &rows.back());
+    if (!smallFile.empty()) smallRow(smallFile, std::max(200, runs * 40));
     return 0;
 }
