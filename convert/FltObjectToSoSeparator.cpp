@@ -22,11 +22,16 @@
 
 namespace {
 
-const char* const kFaceMaterialNames[4] = {"faceVertexColorSoMaterialSet", "faceVertexColorNormalSoMaterialSet",
-                                           "faceVertexColorUVSoMaterialSet", "faceVertexColorNormalUVSoMaterialSet"};
-const char* const kSubfaceMaterialNames[4] = {
-    "subFaceVertexColorSoMaterialSet", "subFaceVertexColorNormalSoMaterialSet", "subFaceVertexColorUVSoMaterialSet",
-    "subFaceVertexColorNormalUVSoMaterialSet"};
+// Node names made once: each SbName made from text is a search of Coin's name table, which
+// a database of many named objects fills.
+const SbName& materialName(bool subface, int propertyId)
+{
+    static const SbName face[4] = {"faceVertexColorSoMaterialSet", "faceVertexColorNormalSoMaterialSet",
+                                   "faceVertexColorUVSoMaterialSet", "faceVertexColorNormalUVSoMaterialSet"};
+    static const SbName sub[4] = {"subFaceVertexColorSoMaterialSet", "subFaceVertexColorNormalSoMaterialSet",
+                                  "subFaceVertexColorUVSoMaterialSet", "subFaceVertexColorNormalUVSoMaterialSet"};
+    return subface ? sub[propertyId - 1] : face[propertyId - 1];
+}
 
 // Entries before one that a face sets, which no face set, hold Inventor's material defaults.
 const FltMaterial kDefaultMaterial;
@@ -146,7 +151,7 @@ void FltObjectToSoSeparator::addFaceGroup(int propertyId, bool subface, SoVertex
 {
     FaceGroup& faces = faceGroup(propertyId, subface);
     auto* material = new SoMaterial;
-    material->setName(subface ? kSubfaceMaterialNames[propertyId - 1] : kFaceMaterialNames[propertyId - 1]);
+    material->setName(materialName(subface, propertyId));
     faces.material.writeTo(material);
     destination->addChild(material);
     buildAndAddIndexedFaceSetFromIndicesVector(faces.coordIndex, faces.materialIndex, faces.textures, property);
@@ -320,10 +325,10 @@ int FltObjectToSoSeparator::getTextureFileIndex(const std::vector<int32_t>& text
     return -1;
 }
 
-const char* FltObjectToSoSeparator::getSoIndexedFaceSetNameFromSoVertexProperty(SoVertexProperty* property)
+SbName FltObjectToSoSeparator::getSoIndexedFaceSetNameFromSoVertexProperty(SoVertexProperty* property)
 {
-    static const char* const names[4] = {"SoIFSVertexColor", "SoIFSVertexColorNormal", "SoIFSVertexColorUV",
-                                         "SoIFSVertexColorNormalUV"};
+    static const SbName names[4] = {"SoIFSVertexColor", "SoIFSVertexColorNormal", "SoIFSVertexColorUV",
+                                    "SoIFSVertexColorNormalUV"};
     for (int id = VERTEX_COLOR_PROPERTY_ID; id <= VERTEX_COLOR_NORMAL_UV_PROPERTY_ID; ++id)
         if (property && property == context.vertices.property(id)) return names[id - 1];
     FltWarningMessageConsole::notifyMessage(
@@ -371,7 +376,8 @@ void FltObjectToSoSeparator::buildAndAddIndexedFaceSetFromIndicesVectorOneTextur
         return;
     }
     auto* isolate = new SoSeparator;
-    isolate->setName("isolateTexturesNodes");
+    static const SbName isolateName("isolateTexturesNodes");
+    isolate->setName(isolateName);
     // A pattern absent from the palette gets no texture node.
     auto found = context.textures.find(texture);
     if (found != context.textures.end()) isolate->addChild(found->second);

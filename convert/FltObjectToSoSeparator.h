@@ -8,6 +8,7 @@
 #pragma once
 
 #include <Inventor/SbColor.h>
+#include <Inventor/SbName.h>
 
 #include <cstdint>
 #include <iosfwd>
@@ -104,7 +105,7 @@ public:
                                                                    SoVertexProperty* property);
     static bool isSoIndexedFaceSetNeedsManyTextureFiles(const std::vector<int32_t>& textures);
     static int getTextureFileIndex(const std::vector<int32_t>& textures);
-    const char* getSoIndexedFaceSetNameFromSoVertexProperty(SoVertexProperty* property);
+    SbName getSoIndexedFaceSetNameFromSoVertexProperty(SoVertexProperty* property);
     static size_t copyOneFaceVertexIndices(std::vector<int32_t>& target, const std::vector<int32_t>& coordIndex,
                                            size_t position);
 
