@@ -6,6 +6,34 @@
 
 #include "diagnostics/FltWarningMessageConsole.h"
 
+namespace {
+// Actions applied by this thread's conversions to scenes they were building.
+thread_local uint64_t traversals = 0;
+}  // namespace
+
+FltNodeStack::FltNodeStack(SoSeparator* root, FltGroupCache& cache)
+    : root_(root), cache_(cache), traversalsAtStart_(traversals)
+{
+}
+
+void FltNodeStack::noteTraversal() { ++traversals; }
+
+bool FltNodeStack::traversed() const { return traversals != traversalsAtStart_; }
+
+FltQuietNode::FltQuietNode(SoNode* node, const FltNodeStack& stack) : node_(node), stack_(stack)
+{
+    // A node already quiet stays the business of whoever quieted it.
+    if (node_ && !node_->isNotifyEnabled()) node_ = nullptr;
+    if (node_) node_->enableNotify(FALSE);
+}
+
+FltQuietNode::~FltQuietNode()
+{
+    if (!node_) return;
+    node_->enableNotify(TRUE);
+    if (stack_.traversed()) node_->touch();
+}
+
 FltNodeStack::~FltNodeStack()
 {
     for (SoNode* node : unattachedNodes_)
@@ -35,7 +63,7 @@ void FltNodeStack::notifyClosedGroup(SoGroup* group)
 {
     if (quietOpenGroups_.erase(group) == 0) return;
     group->enableNotify(TRUE);
-    group->touch();
+    if (traversed()) group->touch();
     // Without deleting: a LOD's content is open before anything holds it.
     group->unrefNoDelete();
 }
@@ -186,9 +214,14 @@ void FltNodeStack::releaseNotifications()
     // and its own touch carries it on: touched below before above, each change climbs to the
     // next held node only. All at once, a chain of instances inside instances would pass
     // every touch through every instance above it, in time growing with its length squared.
-    for (SoNode* node : belowBeforeAbove(held)) {
-        node->enableNotify(TRUE);
-        node->touch();
+    if (traversed()) {
+        for (SoNode* node : belowBeforeAbove(held)) {
+            node->enableNotify(TRUE);
+            node->touch();
+        }
+    } else {
+        for (SoNode* node : held)
+            if (node) node->enableNotify(TRUE);
     }
     for (SoNode* node : held)
         if (node) node->unref();

@@ -29,9 +29,25 @@ public:
     virtual void forget() = 0;
 };
 
+class FltNodeStack;
+
+// Holds a node's change notification for as long as it lives, and notifies once at the end
+// if an action may have seen the node meanwhile (see FltNodeStack::noteTraversal).
+class FltQuietNode {
+public:
+    FltQuietNode(SoNode* node, const FltNodeStack& stack);
+    ~FltQuietNode();
+    FltQuietNode(const FltQuietNode&) = delete;
+    FltQuietNode& operator=(const FltQuietNode&) = delete;
+
+private:
+    SoNode* node_;
+    const FltNodeStack& stack_;
+};
+
 class FltNodeStack {
 public:
-    FltNodeStack(SoSeparator* root, FltGroupCache& cache) : root_(root), cache_(cache) {}
+    FltNodeStack(SoSeparator* root, FltGroupCache& cache);
     // Frees the nodes kept outside the graph and gives back the last primary node.
     ~FltNodeStack();
     FltNodeStack(const FltNodeStack&) = delete;
@@ -70,15 +86,24 @@ public:
     void releaseUnreachable();
     // The walk is over: notifications flow again, the last primary node is given back.
     void finishWalk();
+    // Says that an action traversed part of the scene being built (and may have left caches
+    // in it). Until one does, held and closed groups need not notify when they let go:
+    // nothing in a scene no action has seen keeps anything that a change makes stale.
+    static void noteTraversal();
+    // Whether an action has traversed a scene of this thread's conversions since this walk
+    // began (those of nested conversions included).
+    bool traversed() const;
 
 private:
     // Gives a group closed by a pop level its notification back, if the push held it.
     void notifyClosedGroup(SoGroup* group);
+
     // The nodes given (nulls dropped), each after every one of them that lies below it.
     static std::vector<SoNode*> belowBeforeAbove(const std::vector<SoNode*>& nodes);
 
     SoSeparator* root_;
     FltGroupCache& cache_;
+    uint64_t traversalsAtStart_;
     std::deque<SoGroup*> groups_;
     // For each stack entry, whether its push reopened a node made before a later pop level
     // (a push that follows no primary record); how many such entries are open; how often

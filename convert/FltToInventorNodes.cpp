@@ -76,6 +76,7 @@ void FltToInventor::completeLod(SoLOD* lod, SoSeparator* content)
     // not consulted, as in every database converted so far.
     if (lod->center.getValue() == SbVec3f(0, 0, 0)) {
         SoGetBoundingBoxAction box{SbViewportRegion()};
+        FltNodeStack::noteTraversal();
         box.apply(content);
         lod->center.setValue(box.getBoundingBox().getCenter());
     }

@@ -257,6 +257,8 @@ void FltToInventor::visitObject(const FltRecordObject* object, FltRecordIterator
     auto* separator = new SoSeparator;
     if (object) separator->setName(object->idASCII);
     addSoGroupToNodesStackTop(separator);
+    // Each child added would notify the object's parents: quiet until the object is built.
+    const FltQuietNode quiet(separator, nodes);
     fltAdvance(it);
     visitAncillaryRecords(it, separator);
     if (!*it || (*it)->getOpcode() == FltOpcode::PopLevel) {
