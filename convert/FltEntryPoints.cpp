@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <Inventor/SoDB.h>
+#include <Inventor/nodes/SoSeparator.h>
 
 #include <exception>
 #include <memory>
@@ -15,6 +16,7 @@
 #include "convert/FltConversion.h"
 #include "convert/FltGltfWriter.h"
 #include "convert/FltScene.h"
+#include "convert/FltSceneRelease.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltParser.h"
 
@@ -112,6 +114,8 @@ int qetzfltWriteGltf(const char* path, const char* output, unsigned int options)
     }
     return 2;
 }
+
+void qetzfltReleaseScene(SoSeparator* root) { fltReleaseScene(root); }
 
 int qetzfltLastMessageCount(void)
 {

@@ -46,7 +46,9 @@ struct ConsoleMessage {
     int level = 0;
 };
 
-// One conversion through convertFrom. The root is held until the object ends.
+// One conversion through the library. The root is held until the process ends: a command
+// converts once and exits, and Coin would take longer to free a scene of many objects than
+// the conversion took.
 class Conversion {
 public:
     Conversion() = default;
