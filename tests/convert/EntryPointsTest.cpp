@@ -24,7 +24,7 @@ TEST(EntryPoints, loaderFindsTheThreeFunctionsByTheirPlainNames)
     for (const char* name : {"qetzfltConvert", "qetzfltLastMessageCount", "qetzfltLastMessageText",
                              "qetzfltLastMessageLevel", "qetzfltIsDatabase", "qetzfltInspect", "qetzfltWriteStatistics",
                              "qetzfltMessageCount", "qetzfltMessageText", "qetzfltMessageLevel",
-                             "qetzfltClearMessages", "qetzfltWriteImageAsPng"})
+                             "qetzfltClearMessages", "qetzfltWriteImageAsPng", "qetzfltReleaseScene"})
         EXPECT_NE(dlsym(handle, name), nullptr) << name;
     dlclose(handle);
 }
