@@ -14,6 +14,7 @@
 #include <ostream>
 
 #include "convert/FltClassicColors.h"
+#include "convert/FltNodePool.h"
 #include "convert/FltSharedVertexProperties.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltOpcode.h"
@@ -122,7 +123,7 @@ void FltObjectToSoSeparator::buildFinalSoSeparator()
             3, true);
         return;
     }
-    auto* binding = new SoMaterialBinding;
+    SoMaterialBinding* binding = context.pool ? context.pool->binding() : new SoMaterialBinding;
     binding->value = SoMaterialBinding::PER_FACE_INDEXED;
     destination->addChild(binding);
     traverseObjectPrimaryRecords();
@@ -150,7 +151,7 @@ void FltObjectToSoSeparator::traverseObjectPrimaryRecords()
 void FltObjectToSoSeparator::addFaceGroup(int propertyId, bool subface, SoVertexProperty* property)
 {
     FaceGroup& faces = faceGroup(propertyId, subface);
-    auto* material = new SoMaterial;
+    SoMaterial* material = context.pool ? context.pool->material() : new SoMaterial;
     material->setName(materialName(subface, propertyId));
     faces.material.writeTo(material);
     destination->addChild(material);
@@ -364,7 +365,7 @@ void FltObjectToSoSeparator::buildAndAddIndexedFaceSetFromIndicesVectorOneTextur
     const std::vector<int32_t>& coordIndex, const std::vector<int32_t>& materialIndex,
     const std::vector<int32_t>& textures, SoVertexProperty* property)
 {
-    auto* faceSet = new SoIndexedFaceSet;
+    SoIndexedFaceSet* faceSet = context.pool ? context.pool->faceSet() : new SoIndexedFaceSet;
     faceSet->vertexProperty = property;
     faceSet->coordIndex.setValues(0, static_cast<int>(coordIndex.size()), coordIndex.data());
     faceSet->materialIndex.setValues(0, static_cast<int>(materialIndex.size()), materialIndex.data());

@@ -56,12 +56,15 @@ struct SoIndexedFaceSetToFinalize {
 // parse and the header's packed-colour mode, the texture nodes by pattern index and the log;
 // and the one thing it writes, the shared vertex properties, which faces mixing textured
 // vertex kinds extend.
+class FltNodePool;
+
 struct FltObjectContext {
     const FltPalettes& palettes;
     FltVersion version;
     FltSharedVertexProperties& vertices;
     const std::map<int, SoTexture2*>& textures;
     std::ostream& log;
+    FltNodePool* pool;  // where the object's nodes come from; null: made one by one
 };
 
 class FltObjectToSoSeparator {

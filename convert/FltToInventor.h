@@ -11,9 +11,11 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "convert/FltNodePool.h"
 #include "convert/FltNodeStack.h"
 #include "convert/FltPalettes.h"
 #include "convert/FltSceneBuilder.h"
@@ -137,6 +139,7 @@ private:
     FltSharedVertexProperties vertexProperties;
     FltSwitchChildren switchChildren;
     FltNodeStack nodes;
+    std::unique_ptr<FltNodePool> pool;  // during build(): the nodes of objects, made kind by kind
     bool vertexPaletteFlushed = false;
     bool packedColorMode = false;
     int headersVisited = 0;

@@ -35,7 +35,19 @@ constexpr int kMaxHierarchyDepth = 500;
 
 }  // namespace
 
-void FltToInventor::build() { visitAllFltRecords(); }
+void FltToInventor::build()
+{
+    // The nodes of objects of faces (an object, a push level, a face), made kind by kind.
+    size_t objects = 0;
+    const FltRecordStore& records = context.records;
+    for (size_t i = 0; i + 2 < records.size(); ++i)
+        if (records[i]->getOpcode() == FltOpcode::Object && records[i + 1]->getOpcode() == FltOpcode::PushLevel &&
+            records[i + 2]->getOpcode() == FltOpcode::Face)
+            ++objects;
+    pool = std::make_unique<FltNodePool>(objects);
+    visitAllFltRecords();
+    pool.reset();
+}
 
 void FltToInventor::visitAllFltRecords()
 {
@@ -254,7 +266,7 @@ void FltToInventor::visitText(const FltRecordText* record, FltRecordIterator& it
 
 void FltToInventor::visitObject(const FltRecordObject* object, FltRecordIterator& it)
 {
-    auto* separator = new SoSeparator;
+    SoSeparator* separator = pool ? pool->separator() : new SoSeparator;
     if (object) separator->setName(object->idASCII);
     addSoGroupToNodesStackTop(separator);
     // Each child added would notify the object's parents: quiet until the object is built.

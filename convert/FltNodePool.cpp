@@ -1,0 +1,67 @@
+// Nodes made in batches of a kind.
+#include "convert/FltNodePool.h"
+
+#include <Inventor/nodes/SoIndexedFaceSet.h>
+#include <Inventor/nodes/SoMaterial.h>
+#include <Inventor/nodes/SoMaterialBinding.h>
+#include <Inventor/nodes/SoSeparator.h>
+
+namespace {
+
+// The pool's nodes carry no reference, as `new` makes them: nothing else can reach them.
+template <class T>
+void fill(std::vector<T*>& pool, size_t count)
+{
+    pool.reserve(count);
+    for (size_t i = 0; i < count; ++i) pool.push_back(new T);
+}
+
+// The newest first: the pool hands nodes out in the reverse order of their making.
+template <class T>
+T* take(std::vector<T*>& pool)
+{
+    if (pool.empty()) return new T;
+    T* node = pool.back();
+    pool.pop_back();
+    return node;
+}
+
+template <class T>
+void release(std::vector<T*>& pool)
+{
+    for (T* node : pool) {
+        node->ref();
+        node->unref();
+    }
+    pool.clear();
+}
+
+}  // namespace
+
+FltNodePool::FltNodePool(size_t count)
+{
+    try {
+        fill(separators_, count);
+        fill(bindings_, count);
+        fill(materials_, count);
+        fill(faceSets_, count);
+    } catch (...) {
+        releaseAll();
+        throw;
+    }
+}
+
+FltNodePool::~FltNodePool() { releaseAll(); }
+
+void FltNodePool::releaseAll()
+{
+    release(faceSets_);
+    release(materials_);
+    release(bindings_);
+    release(separators_);
+}
+
+SoSeparator* FltNodePool::separator() { return take(separators_); }
+SoMaterialBinding* FltNodePool::binding() { return take(bindings_); }
+SoMaterial* FltNodePool::material() { return take(materials_); }
+SoIndexedFaceSet* FltNodePool::faceSet() { return take(faceSets_); }
