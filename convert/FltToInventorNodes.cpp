@@ -1,6 +1,7 @@
 // The nodes some records become, apart from where the walk puts them: the header's scale,
 // shape hints and bindings, the level of detail around its content, the switch separator
 // with its masks, the clip planes.
+#include <Inventor/SbName.h>
 #include <Inventor/SbPlane.h>
 #include <Inventor/SbViewportRegion.h>
 #include <Inventor/actions/SoGetBoundingBoxAction.h>
@@ -102,7 +103,8 @@ SoSeparator* FltToInventor::makeSwitchSeparator(const FltRecordSwitch& record)
     const std::string name = std::string(separator->getName().getString()) + "_(flt_switch)";
     separator->setName(name.c_str());
     SoInfo* info = new SoInfo;
-    info->setName(kFltSwitchInfoName);
+    static const SbName infoName(kFltSwitchInfoName);  // made once: see FltRecordNames.h
+    info->setName(infoName);
     info->string.setValue(fltSwitchMaskText(record).c_str());
     separator->addChild(info);
     return separator;
