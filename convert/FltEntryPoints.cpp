@@ -49,6 +49,9 @@ const FltWarningMessage* lastMessage(int index)
 
 const FltWarningMessage* processMessage(int index) { return messageAt(FltWarningMessageConsole::getMessages(), index); }
 
+// The faces of the calling thread's last glTF write.
+thread_local long lastGltfFaces = 0;
+
 // The shares of a glTF write's time, by measure: the parse ends at the first, the scene's
 // walk at the second; the writer takes the rest.
 constexpr double kGltfParseShare = 0.35;
@@ -88,6 +91,7 @@ SoSeparator* qetzfltConvert(const char* path, unsigned int options)
 
 int qetzfltWriteGltf(const char* path, const char* output, unsigned int options)
 {
+    lastGltfFaces = 0;
     try {
         FltConversionOptions chosen;
         if (!FltConversionOptions::fromWord(options, chosen)) {
@@ -108,6 +112,7 @@ int qetzfltWriteGltf(const char* path, const char* output, unsigned int options)
         const FltGltfResult result = fltWriteGltf(*scene, output);
         switch (result.status) {
         case FltGltfResult::Status::Written:
+            lastGltfFaces = static_cast<long>(result.faces);
             if (progress) progress->finish();
             return 0;
         case FltGltfResult::Status::NothingDrawn:
@@ -127,6 +132,8 @@ int qetzfltWriteGltf(const char* path, const char* output, unsigned int options)
 }
 
 void qetzfltReleaseScene(SoSeparator* root) { fltReleaseScene(root); }
+
+long qetzfltLastGltfFaceCount(void) { return lastGltfFaces; }
 
 void qetzfltSetProgress(QetzfltProgressFunction function, void* user) { FltProgress::setForThread(function, user); }
 

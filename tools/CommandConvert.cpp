@@ -76,7 +76,7 @@ bool isGltfName(const std::string& path)
 
 // What a batch learns of one conversion, on the worker's standard output: its faces (-1
 // when not counted) and its messages by level.
-void reportBatchItem(int faces, const std::vector<ConsoleMessage>& messages)
+void reportBatchItem(long faces, const std::vector<ConsoleMessage>& messages)
 {
     int levels[4] = {0, 0, 0, 0};
     for (const ConsoleMessage& m : messages) ++levels[m.level >= 1 && m.level <= 3 ? m.level : 0];
@@ -118,7 +118,7 @@ int writeGltf(const std::string& input, const std::string& output, const Argumen
     if (!item && status != 1) echoMessages(messages);
     if (logOption(args) != QETZFLT_LOG_NONE) settleLog(input, args, status == 1);
     if (status == 0) {
-        if (item) reportBatchItem(-1, messages);
+        if (item) reportBatchItem(library->lastGltfFaceCount ? library->lastGltfFaceCount() : -1, messages);
         else std::cout << "wrote " << output << "\n";
         return strictFailure(args, input, messages) ? kFailed : kOk;
     }

@@ -63,6 +63,7 @@ QetzFltLibrary::QetzFltLibrary()
     find(writeImageAsPng, "qetzfltWriteImageAsPng");
     find(writeGltf, "qetzfltWriteGltf");
     find(isDatabase, "qetzfltIsDatabase");
+    find(lastGltfFaceCount, "qetzfltLastGltfFaceCount");
     if (!convertFrom) error_ = path_ + " does not export convertFrom";
 }
 

@@ -36,6 +36,7 @@ public:
     decltype(&::qetzfltWriteImageAsPng) writeImageAsPng = nullptr;
     decltype(&::qetzfltWriteGltf) writeGltf = nullptr;
     decltype(&::qetzfltIsDatabase) isDatabase = nullptr;
+    decltype(&::qetzfltLastGltfFaceCount) lastGltfFaceCount = nullptr;
 
 private:
     void* handle_ = nullptr;

@@ -25,7 +25,7 @@ TEST(EntryPoints, loaderFindsTheThreeFunctionsByTheirPlainNames)
                              "qetzfltLastMessageLevel", "qetzfltIsDatabase", "qetzfltInspect", "qetzfltWriteStatistics",
                              "qetzfltMessageCount", "qetzfltMessageText", "qetzfltMessageLevel",
                              "qetzfltClearMessages", "qetzfltWriteImageAsPng", "qetzfltReleaseScene",
-                             "qetzfltSetProgress"})
+                             "qetzfltSetProgress", "qetzfltLastGltfFaceCount"})
         EXPECT_NE(dlsym(handle, name), nullptr) << name;
     dlclose(handle);
 }
