@@ -112,7 +112,8 @@ int writeGltf(const std::string& input, const std::string& output, const Argumen
     // The library's messages are echoed on standard error as they come (not in a batch).
     const bool item = args.has("--batch-item");
     const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | logOption(args) | QETZFLT_NO_ECHO;
-    const int status = library->writeGltf(input.c_str(), output.c_str(), options);
+    int status = 0;
+    ProgressBar(!item).follow(*library, [&] { status = library->writeGltf(input.c_str(), output.c_str(), options); });
     const std::vector<ConsoleMessage> messages = takeLastMessages(*library);
     // Echoed once the run has ended: a refusal is said in one line.
     if (!item && status != 1) echoMessages(messages);
@@ -164,7 +165,9 @@ int commandConvert(int argc, char** argv)
     }
 
     const bool item = args.has("--batch-item");
+    ProgressBar progress(!item);
     Conversion conversion;
+    conversion.progress = &progress;
     if (!conversion.run(input, !item, args)) return kFailed;
 
     rewriteTextureNames(conversion.root, conversion.directory, directoryOf(output));
@@ -217,9 +220,12 @@ int commandConvert(int argc, char** argv)
                 out.setHeaderString("#VRML V2.0 utf8");
             }
             out.setBinary(args.has("--binary"));
+            // Writing a large scene takes a while too.
+            progress.say("writing " + output);
             SoWriteAction writer(&out);
             writer.apply(written);
             out.closeFile();
+            progress.clear();
             return true;
         },
         error);

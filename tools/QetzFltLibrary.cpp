@@ -64,6 +64,7 @@ QetzFltLibrary::QetzFltLibrary()
     find(writeGltf, "qetzfltWriteGltf");
     find(isDatabase, "qetzfltIsDatabase");
     find(lastGltfFaceCount, "qetzfltLastGltfFaceCount");
+    find(setProgress, "qetzfltSetProgress");
     if (!convertFrom) error_ = path_ + " does not export convertFrom";
 }
 

@@ -37,6 +37,7 @@ public:
     decltype(&::qetzfltWriteGltf) writeGltf = nullptr;
     decltype(&::qetzfltIsDatabase) isDatabase = nullptr;
     decltype(&::qetzfltLastGltfFaceCount) lastGltfFaceCount = nullptr;
+    decltype(&::qetzfltSetProgress) setProgress = nullptr;
 
 private:
     void* handle_ = nullptr;
