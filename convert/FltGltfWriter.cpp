@@ -123,7 +123,6 @@ private:
     std::string output_, stem_, folder_;
     tinygltf::Model model_;
     std::map<std::pair<const FltScene*, int>, int> meshes_;
-    std::vector<size_t> meshFaces_;  // the polygons of each glTF mesh
     std::map<std::string, int> materials_;
     std::map<std::string, std::pair<int, bool>> textures_;  // glTF texture and its alpha, -1 unreadable
     std::vector<std::pair<std::string, std::vector<unsigned char>>> images_;  // written beside a .gltf
@@ -392,7 +391,7 @@ int GltfBuilder::meshOf(const FltScene& scene, int node)
     if (!mesh.primitives.empty()) {
         mesh.name = printable(scene.nodes[static_cast<size_t>(node)].name);
         model_.meshes.push_back(std::move(mesh));
-        meshFaces_.push_back(faces);
+        faces_ += faces;
         result = static_cast<int>(model_.meshes.size() - 1);
     }
     meshes_.emplace(key, result);
@@ -440,11 +439,9 @@ void GltfBuilder::walk()
         }
         if (!n.clipPlanes.empty()) ++clippedNodes_;
         node.mesh = meshOf(scene, frame.node);
-        if (node.mesh >= 0) {
+        if (node.mesh >= 0)
             for (const tinygltf::Primitive& p : model_.meshes[static_cast<size_t>(node.mesh)].primitives)
                 triangles_ += model_.accessors[static_cast<size_t>(p.indices)].count / 3;
-            faces_ += meshFaces_[static_cast<size_t>(node.mesh)];
-        }
         model_.nodes.push_back(node);
         const int index = static_cast<int>(model_.nodes.size() - 1);
         model_.nodes[static_cast<size_t>(frame.parent)].children.push_back(index);

@@ -90,8 +90,8 @@ QETZFLT_API SoSeparator* qetzfltConvert(const char* path, unsigned int options);
  */
 QETZFLT_API int qetzfltWriteGltf(const char* path, const char* output, unsigned int options);
 
-/* The faces that the last qetzfltWriteGltf on the calling thread wrote: each polygon once
- * for every place it is drawn, as the glTF holds it; 0 when that call wrote nothing. */
+/* The faces that the last qetzfltWriteGltf on the calling thread wrote: the polygons of the
+ * glTF's meshes, a mesh that several places draw counted once; 0 when it wrote nothing. */
 QETZFLT_API long qetzfltLastGltfFaceCount(void);
 
 /* Receives how far a conversion has come: a fraction from 0 to 1. */
