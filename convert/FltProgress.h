@@ -11,7 +11,7 @@
 
 class FltProgress : public FltParseProgress {
 public:
-    // The calling thread's hook, which later runs on the thread take (null: none).
+    // Sets the calling thread's hook (null: none), which the runs it starts from then on take.
     static void setForThread(QetzfltProgressFunction function, void* user);
 
     // A run's progress, told to the calling thread's hook as it is now; parseShare is the

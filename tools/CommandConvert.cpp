@@ -30,6 +30,7 @@ const char* const kConvertUsage =
     "\n"
     "Converts an OpenFlight database, drawn as the format means it, and writes the scene graph\n"
     "with Coin, or as glTF 2.0 for today's engines and viewers.\n"
+    "On a terminal, a conversion that takes a while shows a progress bar on standard error.\n"
     "  -o OUT       output file (default: IN with its extension replaced by .iv, or .wrl with --vrml2);\n"
     "               OUT.glb: binary glTF with everything inside; OUT.gltf: glTF with OUT.bin and PNG\n"
     "               images beside it (metres, Y up; switches as their mask, levels of detail as the nearest)\n"

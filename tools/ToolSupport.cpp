@@ -175,7 +175,10 @@ void ProgressBar::update(void* self, double fraction)
 {
     auto& bar = *static_cast<ProgressBar*>(self);
     // At the end the line is the messages' and the output's again.
-    if (fraction >= 1.0) return bar.clear();
+    if (fraction >= 1.0) {
+        bar.clear();
+        return;
+    }
     const int percent = static_cast<int>(fraction * 100);
     if (percent == bar.percent_) return;
     constexpr int kWidth = 30;
