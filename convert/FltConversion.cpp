@@ -11,6 +11,7 @@
 
 #include "QetzFlt/QetzFlt.h"
 #include "convert/FltAuthoredBuilder.h"
+#include "convert/FltProgress.h"
 #include "convert/FltRecordNames.h"
 #include "convert/FltReferenceChain.h"
 #include "convert/FltSceneBuilder.h"
@@ -23,6 +24,9 @@
 #include "reader/FltRecord.h"
 
 namespace {
+
+// The share of a run's time that its parse takes, by measure: the build takes the rest.
+constexpr double kParseShare = 0.5;
 
 std::recursive_mutex& conversionTurn()
 {
@@ -78,6 +82,7 @@ FltConversion::FltConversion(const std::string& path, const FltConversionOptions
     references_ = std::make_shared<FltReferenceChain>(input_->getFileName());
     logBudget_ = std::make_shared<FltLogBudget>(FltLogBudget::kBytesPerFileByte, FltLogBudget::kMarginBytes,
                                                 FltDump::bytesWritten());
+    followProgress();
     setUp();
 }
 
@@ -89,6 +94,7 @@ FltConversion::FltConversion(FltInput& input, const FltConversionOptions& option
     references_ = std::make_shared<FltReferenceChain>(input_->getFileName());
     logBudget_ = std::make_shared<FltLogBudget>(FltLogBudget::kBytesPerFileByte, FltLogBudget::kMarginBytes,
                                                 FltDump::bytesWritten());
+    followProgress();
     setUp();
 }
 
@@ -103,8 +109,15 @@ FltConversion::~FltConversion() = default;
 
 std::unique_lock<std::recursive_mutex> FltConversion::takeTurn() { return std::unique_lock<std::recursive_mutex>(conversionTurn()); }
 
+void FltConversion::followProgress()
+{
+    auto progress = std::make_unique<FltProgress>(kParseShare);
+    if (progress->active()) progress_ = std::move(progress);
+}
+
 void FltConversion::setUp()
 {
+    parser_.setParseProgress(progress_.get());
     // The input stays the run's or the caller's: the parser only reads it.
     parser_.setInput(input_);
     parser_.ownsInput = false;
@@ -129,6 +142,7 @@ int FltConversion::parse()
         FltWarningMessageConsole::notifyMessage("ERROR ! Openflight Format Revision not supported !", 3, true);
         return 1;
     }
+    if (progress_) progress_->reachParseEnd();
     return 0;
 }
 
@@ -185,7 +199,7 @@ SoSeparator* FltConversion::run()
     auto* root = new SoSeparator;
     root->ref();
     try {
-        convert(root);
+        if (convert(root) == 0 && progress_) progress_->finish();
     } catch (const std::exception& e) {
         FltWarningMessageConsole::notifyMessage(
             std::string("ERROR ! Conversion stopped: ") + e.what() + " (the scene holds what was built before)", 3, true);

@@ -17,6 +17,7 @@
 class FltInput;
 class FltFileInput;
 class FltLogFile;
+class FltProgress;
 class FltReferenceChain;
 class FltSceneBuilder;
 class SoSeparator;
@@ -71,6 +72,9 @@ public:
     FltInput* getInput() const { return input_; }
     std::ostream& getLog() { return *log_; }
     FltSceneBuilder* getBuilder() const { return builder_.get(); }
+    // How far the run has come, told to the calling thread's progress hook; null when no
+    // hook was set as the run began, and in nested runs (their parent's run counts them).
+    FltProgress* getProgress() const { return progress_.get(); }
     // Writes the per-opcode record counts of the parsed records next to the input (its file
     // name followed by ".stat"); false when the file could not be written (with a message).
     bool writeStatistics();
@@ -83,6 +87,8 @@ private:
     // A nested run on a referenced database.
     FltConversion(FltInput& input, FltConversion& parent);
     void setUp();
+    // A run of its own (not nested) follows the thread's progress hook, when one is set.
+    void followProgress();
     FltBuildContext context();
     void convertNested(FltInput& input, const std::string& texturePrefix, int depth, SoSeparator* root);
     std::shared_ptr<const FltScene> nestedScene(FltInput& input, int depth);
@@ -105,4 +111,5 @@ private:
     std::string texturePrefix_;
     int startDepth_ = 0;
     std::unique_ptr<FltSceneBuilder> builder_;
+    std::unique_ptr<FltProgress> progress_;
 };

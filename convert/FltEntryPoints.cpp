@@ -15,6 +15,7 @@
 
 #include "convert/FltConversion.h"
 #include "convert/FltGltfWriter.h"
+#include "convert/FltProgress.h"
 #include "convert/FltScene.h"
 #include "convert/FltSceneRelease.h"
 #include "diagnostics/FltWarningMessageConsole.h"
@@ -47,6 +48,14 @@ const FltWarningMessage* lastMessage(int index)
 }
 
 const FltWarningMessage* processMessage(int index) { return messageAt(FltWarningMessageConsole::getMessages(), index); }
+
+// The faces of the calling thread's last glTF write.
+thread_local long lastGltfFaces = 0;
+
+// The shares of a glTF write's time, by measure: the parse ends at the first, the scene's
+// walk at the second; the writer takes the rest.
+constexpr double kGltfParseShare = 0.35;
+constexpr double kGltfSceneShare = 0.6;
 
 }  // namespace
 
@@ -82,6 +91,7 @@ SoSeparator* qetzfltConvert(const char* path, unsigned int options)
 
 int qetzfltWriteGltf(const char* path, const char* output, unsigned int options)
 {
+    lastGltfFaces = 0;
     try {
         FltConversionOptions chosen;
         if (!FltConversionOptions::fromWord(options, chosen)) {
@@ -92,13 +102,19 @@ int qetzfltWriteGltf(const char* path, const char* output, unsigned int options)
         if (!path || !*path || !output || !*output) return 1;
         chosen.builder = FltConversionOptions::Builder::AsAuthored;
         FltConversion conversion(path, chosen);
+        FltProgress* progress = conversion.getProgress();
+        if (progress) progress->setParseShare(kGltfParseShare);
         const std::shared_ptr<const FltScene> scene = conversion.scene();
         if (!scene) return 1;
+        if (progress) progress->reach(kGltfSceneShare);
         // The images of textures are read through the scene graph library.
         if (!SoDB::isInitialized()) SoDB::init();
         const FltGltfResult result = fltWriteGltf(*scene, output);
         switch (result.status) {
-        case FltGltfResult::Status::Written: return 0;
+        case FltGltfResult::Status::Written:
+            lastGltfFaces = static_cast<long>(result.faces);
+            if (progress) progress->finish();
+            return 0;
         case FltGltfResult::Status::NothingDrawn:
             FltWarningMessageConsole::notifyMessage(
                 "ERROR ! " + std::string(path) + " draws nothing: no glTF written", 3, chosen.echo);
@@ -116,6 +132,10 @@ int qetzfltWriteGltf(const char* path, const char* output, unsigned int options)
 }
 
 void qetzfltReleaseScene(SoSeparator* root) { fltReleaseScene(root); }
+
+long qetzfltLastGltfFaceCount(void) { return lastGltfFaces; }
+
+void qetzfltSetProgress(QetzfltProgressFunction function, void* user) { FltProgress::setForThread(function, user); }
 
 int qetzfltLastMessageCount(void)
 {

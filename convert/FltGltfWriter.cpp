@@ -109,7 +109,8 @@ private:
     template <typename T>
     int addAccessor(const std::vector<T>& values, int componentType, int type, size_t count, int target);
     int meshOf(const FltScene& scene, int node);
-    bool addPrimitive(const FltScene& scene, const FltSceneMesh& mesh, tinygltf::Mesh& out);
+    // Adds the mesh's polygons as a primitive of out, and their number to faces.
+    bool addPrimitive(const FltScene& scene, const FltSceneMesh& mesh, tinygltf::Mesh& out, size_t& faces);
     int materialOf(const FltScene& scene, const FltSceneAppearance& a, const float* color, bool hasUv,
                    bool vertexAlpha);
     int textureOf(const std::string& file, bool& alpha);
@@ -125,7 +126,7 @@ private:
     std::map<std::string, int> materials_;
     std::map<std::string, std::pair<int, bool>> textures_;  // glTF texture and its alpha, -1 unreadable
     std::vector<std::pair<std::string, std::vector<unsigned char>>> images_;  // written beside a .gltf
-    size_t triangles_ = 0;
+    size_t triangles_ = 0, faces_ = 0;
     size_t droppedLevels_ = 0, clippedNodes_ = 0;
     bool full_ = false, tooDeep_ = false;
 };
@@ -262,7 +263,7 @@ int GltfBuilder::materialOf(const FltScene& scene, const FltSceneAppearance& a, 
     return index;
 }
 
-bool GltfBuilder::addPrimitive(const FltScene& scene, const FltSceneMesh& m, tinygltf::Mesh& out)
+bool GltfBuilder::addPrimitive(const FltScene& scene, const FltSceneMesh& m, tinygltf::Mesh& out, size_t& faces)
 {
     if (m.appearance < 0 || static_cast<size_t>(m.appearance) >= scene.appearances.size()) return false;
     const FltSceneAppearance& a = scene.appearances[static_cast<size_t>(m.appearance)];
@@ -281,13 +282,14 @@ bool GltfBuilder::addPrimitive(const FltScene& scene, const FltSceneMesh& m, tin
     std::vector<float> positions, normals, uvs, rgba;
     std::vector<uint32_t> indices;
     std::vector<uint32_t> source;  // the mesh vertex of each vertex written
-    size_t at = 0;
+    size_t at = 0, polygons = 0;
     for (size_t p = 0; p < m.polygonSizes.size(); ++p) {
         const size_t size = m.polygonSizes[p];
         if (at + size > m.indices.size()) break;
         bool valid = size >= 3;
         for (size_t k = 0; k < size && valid; ++k) valid = m.indices[at + k] < vertices;
         if (valid) {
+            ++polygons;
             uint32_t corner[3];
             for (size_t k = 0; k < size; ++k) {
                 uint32_t v = m.indices[at + k];
@@ -371,6 +373,7 @@ bool GltfBuilder::addPrimitive(const FltScene& scene, const FltSceneMesh& m, tin
     const float* color = rgba.empty() && colors > 0 ? &m.colors[0] : nullptr;
     primitive.material = materialOf(scene, a, color, hasUv, vertexAlpha);
     out.primitives.push_back(primitive);
+    faces += polygons;
     return true;
 }
 
@@ -380,13 +383,15 @@ int GltfBuilder::meshOf(const FltScene& scene, int node)
     auto found = meshes_.find(key);
     if (found != meshes_.end()) return found->second;
     tinygltf::Mesh mesh;
+    size_t faces = 0;
     for (int index : scene.nodes[static_cast<size_t>(node)].meshes)
         if (index >= 0 && static_cast<size_t>(index) < scene.meshes.size())
-            addPrimitive(scene, scene.meshes[static_cast<size_t>(index)], mesh);
+            addPrimitive(scene, scene.meshes[static_cast<size_t>(index)], mesh, faces);
     int result = -1;
     if (!mesh.primitives.empty()) {
         mesh.name = printable(scene.nodes[static_cast<size_t>(node)].name);
         model_.meshes.push_back(std::move(mesh));
+        faces_ += faces;
         result = static_cast<int>(model_.meshes.size() - 1);
     }
     meshes_.emplace(key, result);
@@ -472,6 +477,7 @@ FltGltfResult GltfBuilder::writeModel()
     FltGltfResult result;
     walk();
     result.triangles = triangles_;
+    result.faces = faces_;
     result.nodes = model_.nodes.size();
     if (droppedLevels_)
         note("WARNING ! " + std::to_string(droppedLevels_) +

@@ -19,6 +19,7 @@ struct FltGltfResult {
     enum class Status { Written, NothingDrawn, NotWritten };
     Status status = Status::NotWritten;
     size_t triangles = 0;  // drawn, every appearance of a shared node counted
+    size_t faces = 0;      // written: the polygons of the meshes, a shared mesh once
     size_t nodes = 0;
     std::string why;  // when not written
 };

@@ -124,7 +124,9 @@ int FltParser::run()
     if (budget->exhausted) creationVisitor->setDumpStream(nullptr);
     const uint64_t missingBudget = size + kMissingBytesMargin;
     creationVisitor->keepShortRecordsAsUnknown(false);
+    uint64_t nextProgress = parseProgress ? 0 : UINT64_MAX;
     while (offset < size) {
+        if (offset >= nextProgress) nextProgress = parseProgress->parsed(offset, size);
         const uint64_t remaining = size - offset;
         if (remaining < 4) {
             reportDamage("ERROR ! " + std::to_string(remaining) + " bytes at byte offset " + std::to_string(offset) +

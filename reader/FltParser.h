@@ -21,6 +21,16 @@ class FltInput;
 class FltRawData;
 class FltRecord;
 
+// Told how far a parse has come. The parser asks only when it passes the byte offset the
+// hook last returned, so that its loop pays one integer compare per record.
+class FltParseProgress {
+public:
+    virtual ~FltParseProgress() = default;
+    // The parse stands at this byte offset of a buffer of size bytes; returns the offset at
+    // which to be told next (UINT64_MAX for never).
+    virtual uint64_t parsed(uint64_t offset, uint64_t size) = 0;
+};
+
 class FltParser : public FltRecordObservable {
 public:
     FltParser();
@@ -49,6 +59,8 @@ public:
     static bool isDatabaseStart(const char* bytes, uint64_t size);
     // Where the progress lines of a run go (standard output unless set); null for nowhere.
     void setProgressStream(std::ostream* stream) { progress = stream; }
+    // Who is told how far the parse has come (null, the default, for nobody).
+    void setParseProgress(FltParseProgress* hook) { parseProgress = hook; }
     // Where each record's dump goes (standard output unless set); null switches it off.
     void setDumpStream(std::ostream* stream);
     // Whether push and pop records padded past their 4 bytes draw a warning (by default yes).
@@ -94,4 +106,5 @@ private:
     uint64_t shortRecords = 0;
     uint64_t missingBytes = 0;
     std::ostream* progress;
+    FltParseProgress* parseProgress = nullptr;
 };

@@ -30,6 +30,7 @@ const char* const kConvertUsage =
     "\n"
     "Converts an OpenFlight database, drawn as the format means it, and writes the scene graph\n"
     "with Coin, or as glTF 2.0 for today's engines and viewers.\n"
+    "On a terminal, a conversion that takes a while shows a progress bar on standard error.\n"
     "  -o OUT       output file (default: IN with its extension replaced by .iv, or .wrl with --vrml2);\n"
     "               OUT.glb: binary glTF with everything inside; OUT.gltf: glTF with OUT.bin and PNG\n"
     "               images beside it (metres, Y up; switches as their mask, levels of detail as the nearest)\n"
@@ -76,7 +77,7 @@ bool isGltfName(const std::string& path)
 
 // What a batch learns of one conversion, on the worker's standard output: its faces (-1
 // when not counted) and its messages by level.
-void reportBatchItem(int faces, const std::vector<ConsoleMessage>& messages)
+void reportBatchItem(long faces, const std::vector<ConsoleMessage>& messages)
 {
     int levels[4] = {0, 0, 0, 0};
     for (const ConsoleMessage& m : messages) ++levels[m.level >= 1 && m.level <= 3 ? m.level : 0];
@@ -112,13 +113,14 @@ int writeGltf(const std::string& input, const std::string& output, const Argumen
     // The library's messages are echoed on standard error as they come (not in a batch).
     const bool item = args.has("--batch-item");
     const unsigned int options = QETZFLT_NO_STANDARD_OUTPUT | logOption(args) | QETZFLT_NO_ECHO;
-    const int status = library->writeGltf(input.c_str(), output.c_str(), options);
+    int status = 0;
+    ProgressBar(!item).follow(*library, [&] { status = library->writeGltf(input.c_str(), output.c_str(), options); });
     const std::vector<ConsoleMessage> messages = takeLastMessages(*library);
     // Echoed once the run has ended: a refusal is said in one line.
     if (!item && status != 1) echoMessages(messages);
     if (logOption(args) != QETZFLT_LOG_NONE) settleLog(input, args, status == 1);
     if (status == 0) {
-        if (item) reportBatchItem(-1, messages);
+        if (item) reportBatchItem(library->lastGltfFaceCount ? library->lastGltfFaceCount() : -1, messages);
         else std::cout << "wrote " << output << "\n";
         return strictFailure(args, input, messages) ? kFailed : kOk;
     }
@@ -164,7 +166,9 @@ int commandConvert(int argc, char** argv)
     }
 
     const bool item = args.has("--batch-item");
+    ProgressBar progress(!item);
     Conversion conversion;
+    conversion.progress = &progress;
     if (!conversion.run(input, !item, args)) return kFailed;
 
     rewriteTextureNames(conversion.root, conversion.directory, directoryOf(output));
@@ -217,9 +221,12 @@ int commandConvert(int argc, char** argv)
                 out.setHeaderString("#VRML V2.0 utf8");
             }
             out.setBinary(args.has("--binary"));
+            // Writing a large scene takes a while too.
+            progress.say("writing " + output);
             SoWriteAction writer(&out);
             writer.apply(written);
             out.closeFile();
+            progress.clear();
             return true;
         },
         error);

@@ -63,6 +63,8 @@ QetzFltLibrary::QetzFltLibrary()
     find(writeImageAsPng, "qetzfltWriteImageAsPng");
     find(writeGltf, "qetzfltWriteGltf");
     find(isDatabase, "qetzfltIsDatabase");
+    find(lastGltfFaceCount, "qetzfltLastGltfFaceCount");
+    find(setProgress, "qetzfltSetProgress");
     if (!convertFrom) error_ = path_ + " does not export convertFrom";
 }
 

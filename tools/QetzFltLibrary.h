@@ -36,6 +36,8 @@ public:
     decltype(&::qetzfltWriteImageAsPng) writeImageAsPng = nullptr;
     decltype(&::qetzfltWriteGltf) writeGltf = nullptr;
     decltype(&::qetzfltIsDatabase) isDatabase = nullptr;
+    decltype(&::qetzfltLastGltfFaceCount) lastGltfFaceCount = nullptr;
+    decltype(&::qetzfltSetProgress) setProgress = nullptr;
 
 private:
     void* handle_ = nullptr;

@@ -124,8 +124,13 @@ bool Conversion::run(const std::string& path, bool echo, const Arguments& args)
     SoInput::addDirectoryFirst(directory.c_str());
     // The messages are echoed once the conversion has ended, so that a refusal is said in
     // one line rather than as the library's error and then the tool's.
-    SoSeparator* converted =
-        library->convertWithOptions ? convertWithOptions(*library, path, false, log) : convertPlain(*library, path, echo);
+    SoSeparator* converted = nullptr;
+    auto convert = [&] {
+        converted = library->convertWithOptions ? convertWithOptions(*library, path, false, log)
+                                                : convertPlain(*library, path, echo);
+    };
+    if (progress) progress->follow(*library, convert);
+    else convert();
     if (!library->convertWithOptions) classic = true;
     SoInput::removeDirectory(directory.c_str());
     if (!converted) {
@@ -143,6 +148,66 @@ bool Conversion::run(const std::string& path, bool echo, const Arguments& args)
     }
     if (echo && library->convertWithOptions) echoMessages(messages);
     return true;
+}
+
+ProgressBar::ProgressBar(bool wanted)
+    : terminal_(wanted && isatty(STDERR_FILENO)), start_(std::chrono::steady_clock::now())
+{
+    // QETZFLT_PROGRESS_DELAY (seconds) is for the tests, which would otherwise need a
+    // database that takes the whole delay to convert.
+    if (const char* chosen = std::getenv("QETZFLT_PROGRESS_DELAY")) {
+        char* end = nullptr;
+        const double value = std::strtod(chosen, &end);
+        if (end != chosen && !*end && value >= 0 && value < 3600) delay_ = std::chrono::duration<double>(value);
+    }
+}
+
+void ProgressBar::follow(QetzFltLibrary& library, const std::function<void()>& convert)
+{
+    const bool hooked = terminal_ && library.setProgress;
+    if (hooked) library.setProgress(&ProgressBar::update, this);
+    convert();
+    if (hooked) library.setProgress(nullptr, nullptr);
+    clear();
+}
+
+void ProgressBar::update(void* self, double fraction)
+{
+    auto& bar = *static_cast<ProgressBar*>(self);
+    // At the end the line is the messages' and the output's again.
+    if (fraction >= 1.0) {
+        bar.clear();
+        return;
+    }
+    const int percent = static_cast<int>(fraction * 100);
+    if (percent == bar.percent_) return;
+    constexpr int kWidth = 30;
+    const int filled = percent * kWidth / 100;
+    bar.draw("converting [" + std::string(static_cast<size_t>(filled), '#') +
+             std::string(static_cast<size_t>(kWidth - filled), ' ') + "] " + std::to_string(percent) + "%");
+    if (bar.drawn_) bar.percent_ = percent;
+}
+
+void ProgressBar::say(const std::string& text)
+{
+    draw(text);
+    percent_ = -1;
+}
+
+void ProgressBar::draw(const std::string& text)
+{
+    if (!terminal_ || std::chrono::steady_clock::now() - start_ < delay_) return;
+    // One write, so that the line never shows half drawn.
+    std::cerr << "\r\033[K" + text << std::flush;
+    drawn_ = true;
+}
+
+void ProgressBar::clear()
+{
+    if (!drawn_) return;
+    std::cerr << "\r\033[K" << std::flush;
+    drawn_ = false;
+    percent_ = -1;
 }
 
 void echoMessages(const std::vector<ConsoleMessage>& messages)

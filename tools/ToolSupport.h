@@ -2,6 +2,7 @@
 // library, and the paths of files that a database names.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <set>
@@ -46,6 +47,36 @@ struct ConsoleMessage {
     int level = 0;
 };
 
+// The line on standard error that shows how far the conversion of one database has come: a
+// bar that follows the library's conversion, then what the tool does after it. Drawn only
+// when standard error is a terminal, and only once the command has run a while, so that
+// small files never flicker; cleared for any other line.
+class ProgressBar {
+public:
+    // The clock starts; nothing is drawn unless wanted (a batch's workers draw nothing).
+    explicit ProgressBar(bool wanted = true);
+    ~ProgressBar() { clear(); }
+    ProgressBar(const ProgressBar&) = delete;
+    ProgressBar& operator=(const ProgressBar&) = delete;
+
+    // Runs convert, a call into the library, with the bar following the conversion it makes
+    // on this thread; the line is cleared after it.
+    void follow(QetzFltLibrary& library, const std::function<void()>& convert);
+    // Shows what the tool does now in place of the bar, for a step it cannot measure.
+    void say(const std::string& text);
+    void clear();
+
+private:
+    static void update(void* self, double fraction);
+    void draw(const std::string& text);
+
+    bool terminal_ = false;
+    std::chrono::steady_clock::time_point start_;
+    std::chrono::duration<double> delay_{0.3};
+    int percent_ = -1;     // the percentage the bar shows, -1 when it shows none
+    bool drawn_ = false;  // whether the line holds anything
+};
+
 // One conversion through the library. The root is held until the process ends: a command
 // converts once and exits, and Coin would take longer to free a scene of many objects than
 // the conversion took.
@@ -70,6 +101,7 @@ public:
     std::string directory;  // the database's directory, absolute
     bool classic = false;   // which conversion ran
     bool writeLog = true;   // false: no log file whatever the arguments (QETZFLT_LOG_NONE)
+    ProgressBar* progress = nullptr;  // follows the library's conversion when set
 
 private:
     SoSeparator* convertWithOptions(QetzFltLibrary& library, const std::string& path, bool echo, unsigned int log);

@@ -90,6 +90,27 @@ QETZFLT_API SoSeparator* qetzfltConvert(const char* path, unsigned int options);
  */
 QETZFLT_API int qetzfltWriteGltf(const char* path, const char* output, unsigned int options);
 
+/* The faces that the last qetzfltWriteGltf on the calling thread wrote: the polygons of the
+ * glTF's meshes, a mesh that several places draw counted once; 0 when it wrote nothing. */
+QETZFLT_API long qetzfltLastGltfFaceCount(void);
+
+/* Receives how far a conversion has come: a fraction from 0 to 1. */
+typedef void (*QetzfltProgressFunction)(void* user, double fraction);
+
+/*
+ * Sets the function that the conversions and glTF writes the calling thread starts
+ * (convertFrom, qetzfltConvert, qetzfltWriteGltf) call on that thread with how far they
+ * have come, and user, handed back on every call; null, the default, for none. Each thread
+ * has its own; a run takes the one set when it starts. The fraction rises from 0 as the
+ * database is read (by its bytes) and then built and written; it is told at most once per
+ * hundredth, so at most 101 times in a run, and exactly once as 1.0, when the run has
+ * ended with a scene or with the glTF written (a refused database gets no 1.0). A
+ * database's external references are read within its run. The function should return
+ * quickly and not start another conversion; it should not throw either: what it throws is
+ * caught and dropped.
+ */
+QETZFLT_API void qetzfltSetProgress(QetzfltProgressFunction function, void* user);
+
 /* The messages of the last conversion, inspection or statistics run on the calling thread,
  * oldest first: their count, and each one's text (null out of range) and level (1 to 3, 3
  * for errors; 0 out of range). */

@@ -4,7 +4,10 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <functional>
+#include <stdexcept>
 
 #include "ConvertSupport.h"
 
@@ -154,5 +157,45 @@ TEST(ConversionRun, aFileIsADatabaseWhenItBeginsWithAHeaderRecord)
         else if (row.bytes != "absent")
             writeFile(path, row.bytes);
         EXPECT_EQ(qetzfltIsDatabase(path.c_str()), row.database) << n;
+    }
+}
+
+TEST(ConversionRun, progressHookHearsRisingFractionsEndingAtOneWithoutChangingTheScene)
+{
+    FltFixture db;
+    db.header().vertexPalette();
+    const int a = db.vertexColor(0, 0, 0), b = db.vertexColor(1, 0, 0), c = db.vertexColor(1, 1, 0);
+    db.push().group("g").push().object("o").push();
+    for (int i = 0; i < 300; ++i) db.face().push().vertexList({a, b, c}).pop();
+    db.pop().pop().pop();
+    const std::string plain = sceneText(Converted(db).root);
+
+    std::vector<double> heard;
+    auto hear = [](void* user, double fraction) { static_cast<std::vector<double>*>(user)->push_back(fraction); };
+    auto hearAndThrow = [](void* user, double fraction) {
+        static_cast<std::vector<double>*>(user)->push_back(fraction);
+        throw std::runtime_error("the host's fault");
+    };
+    ScratchDir dir;
+    const std::string glb = dir.file("db.glb");
+    for (const QetzfltProgressFunction hook : {+hear, +hearAndThrow}) {
+        for (const bool gltf : {false, true}) {
+            heard.clear();
+            qetzfltSetProgress(hook, &heard);
+            if (gltf) {
+                db.save(dir.file("db.flt"));
+                EXPECT_EQ(qetzfltWriteGltf(dir.file("db.flt").c_str(), glb.c_str(), QETZFLT_LOG_NONE | QETZFLT_NO_ECHO), 0);
+            } else {
+                Converted converted(db);
+                EXPECT_EQ(sceneText(converted.root), plain);
+            }
+            qetzfltSetProgress(nullptr, nullptr);
+            ASSERT_GE(heard.size(), 10u) << gltf;
+            EXPECT_LE(heard.size(), 101u);
+            EXPECT_EQ(heard.front(), 0.0);
+            // Strictly rising, so 1.0 comes once, last.
+            EXPECT_EQ(std::adjacent_find(heard.begin(), heard.end(), std::greater_equal<double>()), heard.end()) << gltf;
+            EXPECT_EQ(heard.back(), 1.0);
+        }
     }
 }

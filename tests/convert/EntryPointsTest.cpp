@@ -24,7 +24,8 @@ TEST(EntryPoints, loaderFindsTheThreeFunctionsByTheirPlainNames)
     for (const char* name : {"qetzfltConvert", "qetzfltLastMessageCount", "qetzfltLastMessageText",
                              "qetzfltLastMessageLevel", "qetzfltIsDatabase", "qetzfltInspect", "qetzfltWriteStatistics",
                              "qetzfltMessageCount", "qetzfltMessageText", "qetzfltMessageLevel",
-                             "qetzfltClearMessages", "qetzfltWriteImageAsPng", "qetzfltReleaseScene"})
+                             "qetzfltClearMessages", "qetzfltWriteImageAsPng", "qetzfltReleaseScene",
+                             "qetzfltSetProgress", "qetzfltLastGltfFaceCount"})
         EXPECT_NE(dlsym(handle, name), nullptr) << name;
     dlclose(handle);
 }

@@ -71,6 +71,7 @@ TEST(ToolBatchTest, folderAndFiles_oneLineEachOutputsInTheLayoutAndFailuresCount
                                         ": not an OpenFlight database\n"))
         << files.out;
     EXPECT_TRUE(contains(files.out, "total: 3 databases, 2 written, 1 failed")) << files.out;
+    EXPECT_TRUE(contains(files.out, " -> " + dir.file("glb/b.glb") + "  1 face  ")) << files.out;
     for (const char* written : {"glb/a.glb", "glb/b.glb", "logs/a.flt.log", "logs/b.flt.log"})
         EXPECT_TRUE(fs::exists(dir.file(written))) << written;
     EXPECT_FALSE(fs::exists(dir.file("bad.flt.log")));

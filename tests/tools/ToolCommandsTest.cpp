@@ -237,6 +237,35 @@ TEST_F(ToolTest, convert_writesInventorOrVrmlAndTheLogOnlyWhenAsked)
     EXPECT_TRUE(contains(wrl, "IndexedFaceSet"));
 }
 
+TEST_F(ToolTest, convert_drawsAProgressBarOnATerminalOnlyOnceTheConversionHasRunAWhile)
+{
+    const std::string input = write("db.flt", smallDatabase());
+    const std::string cleared = "\r\033[K", bar = cleared + "converting [";
+    const struct {
+        bool terminal;
+        const char* delay;  // seconds before the bar shows; "" for the tool's own
+        const char* output;
+        bool drawn;
+    } cases[] = {
+        {true, "0", "db.iv", true},
+        {true, "0", "db.glb", true},
+        {true, "", "db.iv", false},  // a small database is converted before the bar would show
+        {false, "0", "db.iv", false},
+    };
+    for (const auto& k : cases) {
+        const std::vector<std::string> args{"convert", input, "-o", dir.file(k.output)};
+        const std::vector<std::pair<std::string, std::string>> env{{"QETZFLT_PROGRESS_DELAY", k.delay}};
+        const RunResult r = k.terminal ? runToolOnTerminal(args, env) : runTool(args, "", env);
+        EXPECT_EQ(r.status, 0) << k.output;
+        EXPECT_TRUE(contains(r.out, "wrote " + dir.file(k.output))) << r.out;
+        EXPECT_EQ(contains(r.err, bar), k.drawn) << k.terminal << k.delay << k.output;
+        // The line is cleared at the end: the messages (the missing texture's) begin on it.
+        if (k.drawn) {
+            EXPECT_TRUE(contains(r.err, cleared + "WARNING !")) << k.output;
+        }
+    }
+}
+
 TEST_F(ToolTest, convert_textureNamesResolveFromTheOutputFile)
 {
     const std::string input = write("in/db.flt", smallDatabase());

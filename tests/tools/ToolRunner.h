@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 #include <png.h>
+#include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -55,6 +56,48 @@ inline RunResult runTool(const std::vector<std::string>& args, const std::string
                          const std::vector<std::pair<std::string, std::string>>& env = {})
 {
     return runProgram(QETZFLT_TOOL_PATH, args, env, cwd);
+}
+
+// Runs the tool with its standard error on a pseudo-terminal, as from a user's shell: err
+// holds what the terminal received (standard output goes to out, not to the terminal).
+inline RunResult runToolOnTerminal(const std::vector<std::string>& args,
+                                   const std::vector<std::pair<std::string, std::string>>& env = {})
+{
+    RunResult result;
+    const int master = posix_openpt(O_RDWR | O_NOCTTY);
+    if (master < 0) return result;
+    // The terminal's side is opened here before the fork, so that reading ends (EIO) only
+    // once the tool has closed its copy.
+    const int terminal = grantpt(master) == 0 && unlockpt(master) == 0 ? open(ptsname(master), O_RDWR | O_NOCTTY) : -1;
+    if (terminal < 0) {
+        close(master);
+        return result;
+    }
+    ScratchDir capture;
+    const std::string outPath = capture.file("out");
+    const pid_t pid = fork();
+    if (pid == 0) {
+        const int out = open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        if (out < 0) _exit(126);
+        dup2(out, 1);
+        dup2(terminal, 2);
+        close(master);
+        for (const auto& [name, value] : env)
+            if (value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1)) _exit(126);
+        std::vector<char*> argv{const_cast<char*>(QETZFLT_TOOL_PATH)};
+        for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
+        argv.push_back(nullptr);
+        execv(QETZFLT_TOOL_PATH, argv.data());
+        _exit(127);
+    }
+    close(terminal);
+    char buffer[4096];
+    for (ssize_t n; (n = read(master, buffer, sizeof buffer)) > 0;) result.err.append(buffer, static_cast<size_t>(n));
+    close(master);
+    int status = 0;
+    if (pid > 0 && waitpid(pid, &status, 0) == pid && WIFEXITED(status)) result.status = WEXITSTATUS(status);
+    result.out = readFile(outPath);
+    return result;
 }
 
 inline bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
