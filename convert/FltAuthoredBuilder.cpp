@@ -8,6 +8,7 @@
 #include <cstring>
 #include <string>
 
+#include "convert/FltProgress.h"
 #include "convert/FltReferenceChain.h"
 #include "convert/FltSceneToInventor.h"
 #include "diagnostics/FltWarningMessageConsole.h"
@@ -90,7 +91,13 @@ std::shared_ptr<FltScene> FltAuthoredBuilder::walk()
 {
     if (walked_) return scene_;
     walked_ = true;
-    for (FltRecordIterator it = context_.records.walk(); *it; fltAdvance(it)) visitRecord(it);
+    const FltRecordIterator begin = context_.records.walk();
+    uint64_t nextProgress = context_.progress ? 0 : UINT64_MAX;
+    for (FltRecordIterator it = begin; *it; fltAdvance(it)) {
+        const auto at = static_cast<uint64_t>(it - begin);
+        if (at >= nextProgress) nextProgress = context_.progress->walked(at, context_.records.size());
+        visitRecord(it);
+    }
     if (lastFace_ >= 0) finishFace(lastFace_);
     lastFace_ = -1;
     // Levels the file leaves open close at its end.

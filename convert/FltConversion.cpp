@@ -27,6 +27,8 @@ namespace {
 
 // The share of a run's time that its parse takes, by measure: the build takes the rest.
 constexpr double kParseShare = 0.5;
+// Where the as-authored walk of the records ends: the making of the scene's nodes follows it.
+constexpr double kAuthoredWalkEnd = 0.8;
 
 std::recursive_mutex& conversionTurn()
 {
@@ -160,7 +162,8 @@ FltBuildContext FltConversion::context()
                            [this](FltInput& input, const std::string& prefix, int depth, SoSeparator* nested) {
                                convertNested(input, prefix, depth, nested);
                            },
-                           [this](FltInput& input, int depth) { return nestedScene(input, depth); }};
+                           [this](FltInput& input, int depth) { return nestedScene(input, depth); },
+                           progress_.get()};
 }
 
 void FltConversion::build(SoSeparator* root)
@@ -170,6 +173,7 @@ void FltConversion::build(SoSeparator* root)
     switch (options_.builder) {
     case FltConversionOptions::Builder::Classic: builder_ = std::make_unique<FltToInventor>(context(), root); break;
     case FltConversionOptions::Builder::AsAuthored:
+        if (progress_) progress_->setWalkEnd(kAuthoredWalkEnd);
         builder_ = std::make_unique<FltAuthoredBuilder>(context(), root);
         break;
     }

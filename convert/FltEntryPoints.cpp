@@ -103,7 +103,10 @@ int qetzfltWriteGltf(const char* path, const char* output, unsigned int options)
         chosen.builder = FltConversionOptions::Builder::AsAuthored;
         FltConversion conversion(path, chosen);
         FltProgress* progress = conversion.getProgress();
-        if (progress) progress->setParseShare(kGltfParseShare);
+        if (progress) {
+            progress->setParseShare(kGltfParseShare);
+            progress->setWalkEnd(kGltfSceneShare);
+        }
         const std::shared_ptr<const FltScene> scene = conversion.scene();
         if (!scene) return 1;
         if (progress) progress->reach(kGltfSceneShare);

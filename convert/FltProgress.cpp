@@ -35,6 +35,19 @@ uint64_t FltProgress::parsed(uint64_t offset, uint64_t size)
     return at >= static_cast<double>(size) ? UINT64_MAX : static_cast<uint64_t>(at);
 }
 
+uint64_t FltProgress::walked(uint64_t done, uint64_t total)
+{
+    const double share = walkEnd_ - parseShare_;
+    if (!function_ || total == 0 || !(share > 0)) return UINT64_MAX;
+    reach(parseShare_ + share * (static_cast<double>(done) / static_cast<double>(total)));
+    if (nextHundredth_ >= kHundredths) return UINT64_MAX;
+    const double next = static_cast<double>(nextHundredth_) / kHundredths;
+    if (next >= walkEnd_) return UINT64_MAX;
+    const double at = std::ceil(static_cast<double>(total) * (next - parseShare_) / share);
+    if (at <= static_cast<double>(done)) return done + 1;
+    return at >= static_cast<double>(total) ? UINT64_MAX : static_cast<uint64_t>(at);
+}
+
 void FltProgress::reach(double fraction)
 {
     if (!function_ || finished_ || !(fraction >= 0)) return;

@@ -25,6 +25,12 @@ public:
     void setParseShare(double share) { parseShare_ = share; }
     void reachParseEnd() { reach(parseShare_); }
     uint64_t parsed(uint64_t offset, uint64_t size) override;
+    // The walk of the records after the parse stands at record `done` of `total`: the way
+    // from the parse's end to where the walk ends (see setWalkEnd). Returns the record at
+    // which to be told next (UINT64_MAX for never), so that a walk pays one compare a step.
+    uint64_t walked(uint64_t done, uint64_t total);
+    // Where the walk ends: the end of the run (1, the default) unless steps follow it.
+    void setWalkEnd(double fraction) { walkEnd_ = fraction; }
     // The run has come this far (below 1; told when it passes the next hundredth).
     void reach(double fraction);
     // The run has succeeded: 1.0, once.
@@ -36,6 +42,7 @@ private:
     QetzfltProgressFunction function_ = nullptr;
     void* user_ = nullptr;
     double parseShare_;
+    double walkEnd_ = 1.0;
     int nextHundredth_ = 0;
     bool finished_ = false;
 };

@@ -11,6 +11,7 @@
 #include "reader/FltRecord.h"
 
 class FltInput;
+class FltProgress;
 class FltRecordStore;
 class FltReferenceChain;
 class SoSeparator;
@@ -38,6 +39,8 @@ struct FltBuildContext {
         convertReference;
     // The same for a builder that makes scenes: the referenced database's scene.
     std::function<std::shared_ptr<const FltScene>(FltInput& input, int depth)> sceneOfReference;
+    // Told how far the walk has come (see FltProgress::walked); null when nobody follows it.
+    FltProgress* progress = nullptr;
 };
 
 class FltSceneBuilder {

@@ -139,7 +139,8 @@ private:
     FltSharedVertexProperties vertexProperties;
     FltSwitchChildren switchChildren;
     FltNodeStack nodes;
-    std::unique_ptr<FltNodePool> pool;  // during build(): the nodes of objects, made kind by kind
+    std::unique_ptr<FltNodePool> pool;
+    uint64_t nextProgress = 0;  // the record at which to tell the progress hook next  // during build(): the nodes of objects, made kind by kind
     bool vertexPaletteFlushed = false;
     bool packedColorMode = false;
     int headersVisited = 0;

@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "convert/FltProgress.h"
 #include "convert/FltToInventor.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltOpcode.h"
@@ -69,6 +70,10 @@ void FltToInventor::visitPrimaryRecord(FltRecordIterator& it)
 {
     FltRecord* record = *it;
     if (!record) return;
+    if (context.progress) {
+        const auto at = static_cast<uint64_t>(it - context.records.walk());
+        if (at >= nextProgress) nextProgress = context.progress->walked(at, context.records.size());
+    }
     if (hierarchyDepth >= kMaxHierarchyDepth) {
         if (!hierarchyTooDeepReported) {
             hierarchyTooDeepReported = true;
