@@ -48,6 +48,8 @@ void FltParser::setFltCreationVisitor(FltCreationVisitor* visitor)
     if (visitor == creationVisitor) return;
     delete creationVisitor;
     creationVisitor = visitor;
+    // What it builds goes into the store, which knows the shared records.
+    if (creationVisitor) creationVisitor->shareLevelRecords(true);
 }
 
 void FltParser::setAdditionalDirPath(const char* path)

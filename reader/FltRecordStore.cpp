@@ -3,6 +3,7 @@
 
 #include "reader/FltOpcode.h"
 #include "reader/FltRecord.h"
+#include "reader/FltRecordControl.h"
 
 void FltRecordStore::add(FltRecord* record, uint64_t offset)
 {
@@ -14,10 +15,11 @@ void FltRecordStore::add(FltRecord* record, uint64_t offset)
 
 void FltRecordStore::clear()
 {
-    // A continued record stands next to itself: freed once.
+    // A continued record stands next to itself: freed once. The shared level records are
+    // nobody's.
     const FltRecord* previous = nullptr;
     for (FltRecord* record : records_) {
-        if (record && record != previous) delete record;
+        if (record && record != previous && !fltIsSharedLevelRecord(record)) delete record;
         previous = record;
     }
     records_.assign(1, nullptr);

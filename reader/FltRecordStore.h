@@ -2,7 +2,8 @@
 //
 // The parser adds each record as it is created; the store frees them all when it is
 // cleared or destroyed. A sound palette that continues the one before it is the same
-// object handed out again, so it stands twice, side by side, and is freed once.
+// object handed out again, so it stands twice, side by side, and is freed once. The shared
+// push and pop records (see fltSharedLevelRecord) stand many times and are never freed.
 #pragma once
 
 #include <cstddef>
