@@ -13,6 +13,12 @@ void FltRecordStore::add(FltRecord* record, uint64_t offset)
     if (keepOffsets_) offsets_.push_back(offset);
 }
 
+void FltRecordStore::reserve(size_t more)
+{
+    records_.reserve(records_.size() + more);
+    if (keepOffsets_) offsets_.reserve(offsets_.size() + more);
+}
+
 void FltRecordStore::clear()
 {
     // A continued record stands next to itself: freed once. The shared level records are

@@ -28,6 +28,8 @@ public:
     void add(FltRecord* record, uint64_t offset = 0);
     // Whether the store keeps each record's byte offset (8 bytes a record; off by default).
     void keepOffsets(bool keep) { keepOffsets_ = keep; }
+    // Room for this many more records, so that a parse fills the array without moving it.
+    void reserve(size_t more);
     // Frees every record.
     void clear();
 
