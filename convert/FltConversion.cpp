@@ -74,6 +74,7 @@ FltConversion::FltConversion(const std::string& path, const FltConversionOptions
     if (options_.echo) errors_ = &std::cerr;
     ownedInput_ = std::make_unique<FltFileInput>(path.c_str(), options_.standardOutput ? &std::cout : nullptr, errors_);
     input_ = ownedInput_.get();
+    ownsBytes_ = true;
     if (options_.log != FltConversionOptions::Log::None) {
         // Created whether or not the database could be read, as the established converter did.
         logFile_ = std::make_unique<FltLogFile>(path + ".log");
@@ -104,6 +105,8 @@ FltConversion::FltConversion(FltInput& input, FltConversion& parent)
     : options_(parent.options_), input_(&input), log_(parent.log_), logged_(parent.logged_),
       errors_(parent.errors_), references_(parent.references_), logBudget_(parent.logBudget_)
 {
+    // A builder reads a referenced file for its nested run alone.
+    ownsBytes_ = true;
     setUp();
 }
 
@@ -171,7 +174,11 @@ void FltConversion::build(SoSeparator* root)
     if (!SoDB::isInitialized()) SoDB::init();
     builder_.reset();
     switch (options_.builder) {
-    case FltConversionOptions::Builder::Classic: builder_ = std::make_unique<FltToInventor>(context(), root); break;
+    case FltConversionOptions::Builder::Classic:
+        // The file is as large again as its records: freed before the scene grows.
+        if (ownsBytes_) input_->releaseBytes();
+        builder_ = std::make_unique<FltToInventor>(context(), root);
+        break;
     case FltConversionOptions::Builder::AsAuthored:
         if (progress_) progress_->setWalkEnd(kAuthoredWalkEnd);
         builder_ = std::make_unique<FltAuthoredBuilder>(context(), root);

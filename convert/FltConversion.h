@@ -60,7 +60,8 @@ public:
     // when refused (no input, not a database, revision 10 or older), with a message.
     int parse();
     // Builds the scene of the parsed records under root with the builder the options
-    // choose, which lives as long as the run; then frees the records.
+    // choose, which lives as long as the run; then frees the records. The classic builder
+    // reads only the records, so the bytes of an input read for the run go before it starts.
     void build(SoSeparator* root);
     // parse(), then build() when the database was accepted; 0 or 1 as parse().
     int convert(SoSeparator* root);
@@ -100,6 +101,9 @@ private:
     std::optional<FltWarningMessageConsole::ConversionMessages> messages_;
     std::unique_ptr<FltFileInput> ownedInput_;
     FltInput* input_ = nullptr;
+    // The input was read for this run (its own file, or a reference a parent's builder read
+    // for it), not lent by a caller: its bytes may go once the parse no longer needs them.
+    bool ownsBytes_ = false;
     FltNullStream null_;
     std::unique_ptr<FltLogFile> logFile_;
     std::ostream* log_ = &null_;  // the log file's stream, or one that writes nothing

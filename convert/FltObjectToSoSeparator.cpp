@@ -222,16 +222,17 @@ void FltObjectToSoSeparator::visitAllVertexList(FltRecordIterator position, FltR
     }
 }
 
-void FltObjectToSoSeparator::resolveOffsets(const std::vector<int32_t>& offsets, std::vector<int32_t>& indices,
+void FltObjectToSoSeparator::resolveOffsets(const int32_t* offsets, size_t offsetCount, std::vector<int32_t>& indices,
                                             int& propertyId)
 {
-    if (offsets.empty()) return;
+    if (offsetCount == 0) return;
     // Kinds and indices of the face's vertices, looked up once each.
     std::vector<std::pair<int, int32_t>>& vertices = faceVertices;
     vertices.clear();
     bool same = true;
     bool allTextured = true;
-    for (int32_t offset : offsets) {
+    for (size_t i = 0; i < offsetCount; ++i) {
+        const int32_t offset = offsets[i];
         const FltVertexEntry* entry = context.palettes.vertexAt(static_cast<uint32_t>(offset));
         const int id = FltSharedVertexProperties::kindOf(entry);
         same = same && (vertices.empty() || id == vertices.front().first);
@@ -270,7 +271,7 @@ void FltObjectToSoSeparator::resolveOffsets(const std::vector<int32_t>& offsets,
 void FltObjectToSoSeparator::visitVertexList(const FltRecordVertexList* list, std::vector<int32_t>& indices,
                                              int& propertyId)
 {
-    if (list) resolveOffsets(list->offsets, indices, propertyId);
+    if (list) resolveOffsets(list->offsets.data(), list->offsets.size(), indices, propertyId);
 }
 
 void FltObjectToSoSeparator::visitMorphVertexList(const FltRecordMorphVertexList* list, std::vector<int32_t>& indices,
@@ -281,7 +282,7 @@ void FltObjectToSoSeparator::visitMorphVertexList(const FltRecordMorphVertexList
     // 0% offsets are the first values of the even pairs.
     std::vector<int32_t> offsets;
     for (size_t i = 0; i < list->offsets.size() / 2; ++i) offsets.push_back(list->offsets[2 * i].first);
-    resolveOffsets(offsets, indices, propertyId);
+    resolveOffsets(offsets.data(), offsets.size(), indices, propertyId);
 }
 
 void FltObjectToSoSeparator::addFaceToVector(const FltRecordFace* face, const std::vector<int32_t>& indices,

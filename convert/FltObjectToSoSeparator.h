@@ -147,7 +147,7 @@ private:
     void buildOldVertexFaceSet(OldVertexFaces& faces, const char* name);
 
     // The palette offsets of a face resolved into indices of one shared property.
-    void resolveOffsets(const std::vector<int32_t>& offsets, std::vector<int32_t>& indices, int& propertyId);
+    void resolveOffsets(const int32_t* offsets, size_t offsetCount, std::vector<int32_t>& indices, int& propertyId);
 
     FltObjectContext context;
     FltRecordIterator begin_{};

@@ -41,6 +41,12 @@ FltVertexEntry& FltVertexOffsetMap::add(uint64_t offset)
     return entries_.emplace(it, offset, FltVertexEntry())->second;
 }
 
+void FltVertexOffsetMap::reserve(size_t vertices, uint64_t lastOffset)
+{
+    entries_.reserve(entries_.size() + vertices);
+    if (ordered_ && lastOffset < kMaxSlottedOffset) slots_.reserve((lastOffset >> 3) + 1);
+}
+
 const FltVertexEntry* FltVertexOffsetMap::search(uint64_t offset) const
 {
     auto it = std::lower_bound(entries_.begin(), entries_.end(), offset, offsetBefore);
@@ -129,6 +135,11 @@ void FltPalettes::setLineStyle(const FltRecordLineStylePalette& record)
 }
 
 void FltPalettes::setNames(const FltRecordNamePalette& record) { names_ = record.names; }
+
+void FltPalettes::reserveVertices(size_t count, uint64_t bytes)
+{
+    if (count > 0) vertices_.reserve(count, nextVertexOffset_ + bytes);
+}
 
 FltVertexEntry& FltPalettes::addVertex(const FltRecordVertexColor& record, int kind)
 {

@@ -56,6 +56,9 @@ class FltVertexOffsetMap {
 public:
     // The entry of an offset, created when absent.
     FltVertexEntry& add(uint64_t offset);
+    // Room for this many more vertices, the last one at most at lastOffset: a palette's
+    // vertices are added without the arrays moving.
+    void reserve(size_t vertices, uint64_t lastOffset);
     // The entry of an offset, or null when no vertex record starts there.
     const FltVertexEntry* lookup(uint64_t offset) const
     {
@@ -127,6 +130,8 @@ public:
     // Enters a vertex record of the given kind at the next palette offset (the first vertex
     // lies 8 bytes into the palette, after the palette record itself).
     FltVertexEntry& addVertex(const FltRecordVertexColor& record, int kind);
+    // Room for this many more vertices, of these many bytes together, added from here on.
+    void reserveVertices(size_t count, uint64_t bytes);
     // The vertex at a palette offset, or null when no vertex record starts there.
     const FltVertexEntry* vertexAt(uint64_t offset) const { return vertices_.lookup(offset); }
     const FltVertexOffsetMap& vertices() const { return vertices_; }

@@ -72,6 +72,8 @@ public:
     void visitPrimaryRecord(FltRecordIterator& it);
     void visitControlRecord(const FltRecord* record);
     void visitPaletteRecord(const FltRecord* record);
+    // Sizes the vertex pool once for the vertex records after the palette record at it.
+    void reserveVertexPool(FltRecordIterator it);
     void visitAncillaryRecords(FltRecordIterator& it, SoGroup* node);
     void visitGroupChildren(FltRecordIterator& it);
     void visitGroup(const FltRecordGroup* group, FltRecordIterator& it);

@@ -57,13 +57,31 @@ void FltToInventor::visitAllFltRecords()
         switch (record->getCategoryKind()) {
         case FltCategory::Primary: visitPrimaryRecord(it); break;
         case FltCategory::Control: visitControlRecord(record); break;
-        case FltCategory::Palette: visitPaletteRecord(record); break;
+        case FltCategory::Palette:
+            if (record->getOpcode() == FltOpcode::VertexPalette) reserveVertexPool(it);
+            visitPaletteRecord(record);
+            break;
         case FltCategory::Ancillary:  // an ancillary record that follows no primary one applies to nothing
         case FltCategory::Unknown: break;
         }
         nodes.releaseUnreachable();
     }
     nodes.finishWalk();
+}
+
+void FltToInventor::reserveVertexPool(FltRecordIterator it)
+{
+    // The vertex records that follow the palette record, counted from the records themselves
+    // (not the palette's declared length, which a damaged file may overstate).
+    size_t count = 0;
+    uint64_t bytes = 0;
+    for (fltAdvance(it); *it; ++it) {
+        const int opcode = (*it)->getOpcode();
+        if (opcode < FltOpcode::VertexColor || opcode > FltOpcode::VertexColorUv) break;
+        ++count;
+        bytes += (*it)->getLength();
+    }
+    palettes.reserveVertices(count, bytes);
 }
 
 void FltToInventor::visitPrimaryRecord(FltRecordIterator& it)

@@ -24,6 +24,10 @@ public:
     // Whether push and pop records longer than their 4 bytes draw a warning (they do by
     // default; one writer pads every record to a multiple of 8 bytes).
     virtual void reportPaddedControlRecords(bool) {}
+    // Whether 4-byte push and pop level and subface records come out as the shared objects
+    // of fltSharedLevelRecord, which the caller must not free (off by default: the caller
+    // owns every record it is given).
+    virtual void shareLevelRecords(bool) {}
     // Where each record's dump goes; null switches the dump off.
     virtual void setDumpStream(std::ostream*) {}
     virtual std::ostream* getDumpStream() const { return nullptr; }
@@ -44,6 +48,7 @@ public:
     void keepShortRecordsAsUnknown(bool value) override { shortAsUnknown = value; }
     void beginParse() override { previousRecord = nullptr; }
     void reportPaddedControlRecords(bool value) override { reportPadding = value; }
+    void shareLevelRecords(bool value) override { shareLevels = value; }
     void setDumpStream(std::ostream* stream) override { dumpStream = stream; }
     std::ostream* getDumpStream() const override { return dumpStream; }
 
@@ -56,4 +61,5 @@ private:
     size_t lastRecordMissing = 0;
     bool shortAsUnknown = false;
     bool reportPadding = true;
+    bool shareLevels = false;
 };

@@ -102,6 +102,12 @@ FltFileInput::~FltFileInput()
     delete[] buffer;
 }
 
+void FltFileInput::releaseBytes()
+{
+    delete[] buffer;
+    buffer = nullptr;
+}
+
 void FltFileInput::calculFileSize()
 {
     size = 0;

@@ -30,6 +30,7 @@ public:
     const char* getFileName() const override { return fileName; }
     const char* getDirName() const override { return dirName; }
     std::pair<uint64_t, uint64_t> getIdentity() const override { return identity; }
+    void releaseBytes() override;
     virtual const char* getAdditionalDirName() const { return dirName; }
 
     // Debugging aid: every byte as an unsigned decimal followed by a blank, on one line.

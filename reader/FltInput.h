@@ -15,6 +15,10 @@ public:
     // What tells this file from others under any name (device and inode); zeros when the
     // bytes have no file.
     virtual std::pair<uint64_t, uint64_t> getIdentity() const { return {}; }
+    // Gives the bytes back early when nothing will read them again (getBuffer is null after
+    // it); the size, the names and the identity stay. Inputs that do not own their bytes
+    // keep them.
+    virtual void releaseBytes() {}
     // Added so that deleting through this interface frees the whole input.
     virtual ~FltInput() = default;
 };

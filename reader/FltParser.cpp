@@ -18,6 +18,20 @@
 
 namespace {
 void reportDamage(const std::string& text) { FltWarningMessageConsole::notifyMessage(text, 3, true); }
+
+// The records the parse will cut, up to the first damaged header: the record array is sized
+// once (it grew by doubling, copying itself and zeroing twice its final size in pages).
+// Every record is at least 4 bytes long, so the count never passes a quarter of the size.
+uint64_t countRecords(const char* buffer, uint64_t size)
+{
+    uint64_t count = 0;
+    for (uint64_t offset = 0; size - offset >= 4; ++count) {
+        const uint16_t length = FltBytes(buffer + offset, 4).u16(2);
+        if (length < 4 || length > size - offset) break;
+        offset += length;
+    }
+    return count;
+}
 }  // namespace
 
 FltParser::FltParser() : progress(&std::cout) { init(); }
@@ -48,6 +62,8 @@ void FltParser::setFltCreationVisitor(FltCreationVisitor* visitor)
     if (visitor == creationVisitor) return;
     delete creationVisitor;
     creationVisitor = visitor;
+    // What it builds goes into the store, which knows the shared records.
+    if (creationVisitor) creationVisitor->shareLevelRecords(true);
 }
 
 void FltParser::setAdditionalDirPath(const char* path)
@@ -124,6 +140,7 @@ int FltParser::run()
     if (budget->exhausted) creationVisitor->setDumpStream(nullptr);
     const uint64_t missingBudget = size + kMissingBytesMargin;
     creationVisitor->keepShortRecordsAsUnknown(false);
+    records.reserve(static_cast<size_t>(countRecords(buffer, size)));
     uint64_t nextProgress = parseProgress ? 0 : UINT64_MAX;
     while (offset < size) {
         if (offset >= nextProgress) nextProgress = parseProgress->parsed(offset, size);

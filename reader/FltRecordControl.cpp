@@ -1,8 +1,50 @@
 // Control records: extension and instance fields.
 #include "reader/FltRecordControl.h"
 
+#include <functional>
+#include <new>
+
 #include "reader/FltBytes.h"
 #include "reader/FltDump.h"
+
+namespace {
+
+struct SharedLevelRecords {
+    FltRecordPushLevel pushLevel{4};
+    FltRecordPopLevel popLevel{4};
+    FltRecordPushSubface pushSubface{4};
+    FltRecordPopSubface popSubface{4};
+};
+
+// Built on first use and never destroyed: records of a parse may outlive any static object.
+SharedLevelRecords& sharedLevelRecords()
+{
+    alignas(SharedLevelRecords) static unsigned char storage[sizeof(SharedLevelRecords)];
+    static SharedLevelRecords* const records = ::new (static_cast<void*>(storage)) SharedLevelRecords;
+    return *records;
+}
+
+}  // namespace
+
+AbstractControlRecord* fltSharedLevelRecord(unsigned int opcode)
+{
+    SharedLevelRecords& shared = sharedLevelRecords();
+    switch (opcode) {
+    case 10: return &shared.pushLevel;
+    case 11: return &shared.popLevel;
+    case 19: return &shared.pushSubface;
+    case 20: return &shared.popSubface;
+    default: return nullptr;
+    }
+}
+
+bool fltIsSharedLevelRecord(const FltRecord* record)
+{
+    const void* first = &sharedLevelRecords();
+    const void* end = &sharedLevelRecords() + 1;
+    const std::less<const void*> before;
+    return !before(record, first) && before(record, end);
+}
 
 void AbstractExtensionControlRecord::decode(const FltBytes& in)
 {

@@ -77,6 +77,15 @@ public:
     const char* getHeading() const override { return "\n POP EXTENSION RECORD "; }
 };
 
+// A push or pop level or subface record of the usual 4 bytes has no fields, and a large
+// database holds two per face. A parse that asks for it (see
+// FltCreationVisitor::shareLevelRecords) hands out one shared object per opcode for them,
+// which nobody frees and nobody changes.
+// The shared object of opcode 10, 11, 19 or 20; null for any other.
+AbstractControlRecord* fltSharedLevelRecord(unsigned int opcode);
+// Whether a record is one of those shared objects, which its holder must not free.
+bool fltIsSharedLevelRecord(const FltRecord* record);
+
 // Parent of the instance records, 8 bytes: a spare int16 and the instance number.
 class AbstractInstanceRecord : public ControlFltRecord {
 public:

@@ -3,6 +3,7 @@
 
 #include "reader/FltOpcode.h"
 #include "reader/FltRecord.h"
+#include "reader/FltRecordControl.h"
 
 void FltRecordStore::add(FltRecord* record, uint64_t offset)
 {
@@ -12,12 +13,19 @@ void FltRecordStore::add(FltRecord* record, uint64_t offset)
     if (keepOffsets_) offsets_.push_back(offset);
 }
 
+void FltRecordStore::reserve(size_t more)
+{
+    records_.reserve(records_.size() + more);
+    if (keepOffsets_) offsets_.reserve(offsets_.size() + more);
+}
+
 void FltRecordStore::clear()
 {
-    // A continued record stands next to itself: freed once.
+    // A continued record stands next to itself: freed once. The shared level records are
+    // nobody's.
     const FltRecord* previous = nullptr;
     for (FltRecord* record : records_) {
-        if (record && record != previous) delete record;
+        if (record && record != previous && !fltIsSharedLevelRecord(record)) delete record;
         previous = record;
     }
     records_.assign(1, nullptr);

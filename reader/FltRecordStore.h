@@ -2,7 +2,8 @@
 //
 // The parser adds each record as it is created; the store frees them all when it is
 // cleared or destroyed. A sound palette that continues the one before it is the same
-// object handed out again, so it stands twice, side by side, and is freed once.
+// object handed out again, so it stands twice, side by side, and is freed once. The shared
+// push and pop records (see fltSharedLevelRecord) stand many times and are never freed.
 #pragma once
 
 #include <cstddef>
@@ -27,6 +28,8 @@ public:
     void add(FltRecord* record, uint64_t offset = 0);
     // Whether the store keeps each record's byte offset (8 bytes a record; off by default).
     void keepOffsets(bool keep) { keepOffsets_ = keep; }
+    // Room for this many more records, so that a parse fills the array without moving it.
+    void reserve(size_t more);
     // Frees every record.
     void clear();
 

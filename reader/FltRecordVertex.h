@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -91,6 +92,57 @@ public:
     void dumpFields(FltDump& out) const override;
 };
 
+// The palette offsets of a vertex list. A face has 3 or 4 vertices, and a large database
+// nearly as many vertex lists as faces: up to four offsets live in the record itself, only
+// longer lists take an array of their own. The array's address is kept in the same words
+// (copied, not a pointer member) so that the record stays 32 bytes.
+class FltVertexOffsets {
+public:
+    static constexpr size_t kInline = 4;
+
+    FltVertexOffsets() = default;
+    ~FltVertexOffsets() { release(); }
+    FltVertexOffsets(const FltVertexOffsets&) = delete;
+    FltVertexOffsets& operator=(const FltVertexOffsets&) = delete;
+
+    // Makes the list n offsets long, every one zero.
+    void assign(size_t n)
+    {
+        release();
+        if (n > kInline) {
+            int32_t* array = new int32_t[n]();
+            std::memcpy(words_, &array, sizeof array);
+        } else {
+            std::memset(words_, 0, sizeof words_);
+        }
+        count_ = static_cast<uint32_t>(n);
+    }
+    size_t size() const { return count_; }
+    bool empty() const { return count_ == 0; }
+    int32_t* data() { return count_ > kInline ? heap() : words_; }
+    const int32_t* data() const { return count_ > kInline ? heap() : words_; }
+    int32_t operator[](size_t i) const { return data()[i]; }
+    const int32_t* begin() const { return data(); }
+    const int32_t* end() const { return data() + count_; }
+
+private:
+    int32_t* heap() const
+    {
+        int32_t* array;
+        std::memcpy(&array, words_, sizeof array);
+        return array;
+    }
+    void release()
+    {
+        if (count_ > kInline) delete[] heap();
+        count_ = 0;
+    }
+    static_assert(sizeof(int32_t*) <= kInline * sizeof(int32_t), "an address fits in the inline words");
+
+    uint32_t count_ = 0;
+    int32_t words_[kInline] = {};
+};
+
 // Vertex list record, opcode 72, variable length: the palette offsets of a face's vertices,
 // one 32-bit word each from offset 4.
 class FltRecordVertexList : public PrimaryFltRecord {
@@ -101,7 +153,7 @@ public:
     void decode(const FltBytes& in) override;
     void dumpFields(FltDump& out) const override;
 
-    std::vector<int32_t> offsets;
+    FltVertexOffsets offsets;
 };
 
 // Morph vertex list record, opcode 89, variable length: pairs of palette offsets (the 0% and

@@ -183,6 +183,9 @@ void Flt_15_7_CreationVisitor::visitFltRawData(FltRecord*& out, const FltRawData
         auto* sound = static_cast<FltRecordSoundPalette*>(previousRecord);
         lastRecordMissing = sound->decodeFrom(raw->data, raw->length);
         out = sound;
+    } else if (shareLevels && raw->length == 4 && fltSharedLevelRecord(raw->opcode)) {
+        // Fieldless, so one object serves them all; it decodes nothing and lacks nothing.
+        out = fltSharedLevelRecord(raw->opcode);
     } else {
         AbstractFltRecord* record = createRecord(raw->opcode, raw->length, formatRevision);
         if (reportPadding && raw->length != 4 && isPushOrPop(raw->opcode))

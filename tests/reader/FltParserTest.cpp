@@ -7,6 +7,7 @@
 #include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltCreationVisitor.h"
 #include "reader/FltDump.h"
+#include "reader/FltRecordControl.h"
 #include "reader/FltRecordGroupAndObject.h"
 #include "reader/FltRecordHeader.h"
 
@@ -78,6 +79,22 @@ TEST_F(ParserTest, cutsRecordsInFileOrderForEveryObserverAndWritesTheProgressLin
     ASSERT_EQ(q.parser.run(), 0);
     EXPECT_NE(out.text().find("RGB mode: false\n"), std::string::npos);
     EXPECT_FALSE(q.parser.creationVisitor->rgbMode);
+}
+
+TEST_F(ParserTest, fourBytePushAndPopRecordsAreSharedAndAPaddedOneIsItsOwn)
+{
+    FltFixture db;
+    db.header().push().push().pop().add(FltRecordBytes(11, 8)).pop();
+    ParsedBytes p(db.bytes());
+    CaptureStream out(std::cout);
+    ASSERT_EQ(p.parser.run(), 0);
+    const FltRecordStore& records = p.parser.records;
+    EXPECT_EQ(records[1], records[2]);
+    EXPECT_EQ(records[3], records[5]);
+    EXPECT_TRUE(fltIsSharedLevelRecord(records[3]));
+    EXPECT_FALSE(fltIsSharedLevelRecord(records[4]));
+    EXPECT_EQ(records[4]->getLength(), 8u);
+    EXPECT_EQ(records[3]->getLength(), 4u);
 }
 
 TEST_F(ParserTest, damagedRecordStopsTheParseWithItsOffsetAndKeepsWhatCameBefore)

@@ -44,7 +44,7 @@ TEST(VertexList, holdsOneOffsetPerWholeWordAndALengthBelowTheHeaderHoldsNone)
     FltRecordBytes bytes(72, 18);  // three words and a stray half word
     bytes.i32(4, 8).i32(8, 48).i32(12, -1).u16(16, 1);
     auto list = decodeRecord<FltRecordVertexList>(bytes);
-    EXPECT_EQ(list->offsets, (std::vector<int32_t>{8, 48, -1}));
+    EXPECT_EQ(std::vector<int32_t>(list->offsets.begin(), list->offsets.end()), (std::vector<int32_t>{8, 48, -1}));
     EXPECT_EQ(fieldsOf(*decodeRecord<FltRecordVertexList>(FltRecordBytes(72, 4))), "Offset: \n");
 
     // A length below the header must not wrap into a huge word count.
@@ -55,6 +55,22 @@ TEST(VertexList, holdsOneOffsetPerWholeWordAndALengthBelowTheHeaderHoldsNone)
     FltRecordMorphVertexList morph(3);
     morph.getPropertiesFromData(data);
     EXPECT_TRUE(morph.offsets.empty());
+}
+
+TEST(VertexList, holdsListsPastFourOffsetsAndDecodesAgainOverALongerOne)
+{
+    FltRecordBytes six(72, 28);
+    for (int i = 0; i < 6; ++i) six.i32(4 + 4 * i, 8 * (i + 1));
+    auto list = decodeRecord<FltRecordVertexList>(six);
+    EXPECT_EQ(std::vector<int32_t>(list->offsets.begin(), list->offsets.end()),
+              (std::vector<int32_t>{8, 16, 24, 32, 40, 48}));
+    EXPECT_EQ(fieldsOf(*list), "Offset: 8  16  24  32  40  48  \n");
+
+    FltRecordBytes two(72, 12);
+    two.i32(4, 5).i32(8, 6);
+    list->length = 12;
+    list->decodeFrom(two.bytes().data(), two.bytes().size());
+    EXPECT_EQ(std::vector<int32_t>(list->offsets.begin(), list->offsets.end()), (std::vector<int32_t>{5, 6}));
 }
 
 TEST(MorphVertexList, pairsEveryWordWithTheValueNBytesFurtherOn)
