@@ -25,7 +25,8 @@ void makeName(const FltRecord* record)
 
 void fltMakeRecordNames(const FltRecordStore& records)
 {
-    for (const FltRecord* record : records) {
+    for (size_t at : records.namingRecords()) {
+        const FltRecord* record = records.at(at);
         if (!record) continue;
         switch (record->getOpcode()) {
         case FltOpcode::Group: makeName<FltRecordGroup>(record); break;

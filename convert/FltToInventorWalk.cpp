@@ -39,13 +39,7 @@ constexpr int kMaxHierarchyDepth = 500;
 void FltToInventor::build()
 {
     // The nodes of objects of faces (an object, a push level, a face), made kind by kind.
-    size_t objects = 0;
-    const FltRecordStore& records = context.records;
-    for (size_t i = 0; i + 2 < records.size(); ++i)
-        if (records[i]->getOpcode() == FltOpcode::Object && records[i + 1]->getOpcode() == FltOpcode::PushLevel &&
-            records[i + 2]->getOpcode() == FltOpcode::Face)
-            ++objects;
-    pool = std::make_unique<FltNodePool>(objects);
+    pool = std::make_unique<FltNodePool>(context.records.objectsOfFaces());
     visitAllFltRecords();
     pool.reset();
 }

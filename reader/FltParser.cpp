@@ -115,7 +115,7 @@ void FltParser::fltRecordsVectorBuild(FltRawData* raw, uint64_t offset)
     FltRecord* record = nullptr;
     creationVisitor->visitFltRawData(record, raw);
     if (!record) return;
-    records.add(record, offset);
+    records.add(record, offset, raw->opcode);
     notify(record);
 }
 

@@ -5,12 +5,29 @@
 #include "reader/FltRecord.h"
 #include "reader/FltRecordControl.h"
 
-void FltRecordStore::add(FltRecord* record, uint64_t offset)
+void FltRecordStore::add(FltRecord* record, uint64_t offset, int opcode)
 {
     if (!record) return;
     records_.back() = record;
     records_.push_back(nullptr);
     if (keepOffsets_) offsets_.push_back(offset);
+    switch (opcode) {
+    case FltOpcode::Group:
+    case FltOpcode::Object:
+    case FltOpcode::OldLod:
+    case FltOpcode::Lod:
+    case FltOpcode::DegreeOfFreedom:
+    case FltOpcode::Switch:
+    case FltOpcode::ClipRegion:
+    case FltOpcode::Text:
+    case FltOpcode::LongId: namingRecords_.push_back(size() - 1); break;
+    case FltOpcode::Face:
+        if (previousOpcodes_[1] == FltOpcode::Object && previousOpcodes_[0] == FltOpcode::PushLevel) ++objectsOfFaces_;
+        break;
+    default: break;
+    }
+    previousOpcodes_[1] = previousOpcodes_[0];
+    previousOpcodes_[0] = opcode;
 }
 
 void FltRecordStore::reserve(size_t more)
@@ -32,6 +49,10 @@ void FltRecordStore::clear()
     records_.shrink_to_fit();
     offsets_.clear();
     offsets_.shrink_to_fit();
+    namingRecords_.clear();
+    namingRecords_.shrink_to_fit();
+    objectsOfFaces_ = 0;
+    previousOpcodes_[0] = previousOpcodes_[1] = -1;
 }
 
 FltRecordIterator fltSubtreeEnd(FltRecordIterator it)

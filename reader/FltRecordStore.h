@@ -24,8 +24,15 @@ public:
     FltRecordStore(const FltRecordStore&) = delete;
     FltRecordStore& operator=(const FltRecordStore&) = delete;
 
-    // Adds a record that starts at this byte offset of the file.
-    void add(FltRecord* record, uint64_t offset = 0);
+    // Adds a record that starts at this byte offset of the file; with the opcode of its
+    // header, the record is counted in the census below as well.
+    void add(FltRecord* record, uint64_t offset = 0, int opcode = -1);
+    // What the converter prepares before its walk, counted as the parse adds the records (so
+    // that no pass over all of them is needed): where the records whose ids name nodes stand
+    // (groups, objects, levels of detail, degrees of freedom, switches, clip regions, texts,
+    // long ids), and how many objects begin with a face (an object, a push level, a face).
+    const std::vector<size_t>& namingRecords() const { return namingRecords_; }
+    size_t objectsOfFaces() const { return objectsOfFaces_; }
     // Whether the store keeps each record's byte offset (8 bytes a record; off by default).
     void keepOffsets(bool keep) { keepOffsets_ = keep; }
     // Room for this many more records, so that a parse fills the array without moving it.
@@ -57,6 +64,9 @@ private:
     std::vector<FltRecord*> records_;  // the records, then the null end marker
     std::vector<uint64_t> offsets_;    // where each record starts in the file, when kept
     bool keepOffsets_ = false;
+    std::vector<size_t> namingRecords_;
+    size_t objectsOfFaces_ = 0;
+    int previousOpcodes_[2] = {-1, -1};  // of the last record added, and of the one before
 };
 
 // Moves a walk one record on, never past the end marker.
