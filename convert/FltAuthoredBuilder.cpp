@@ -9,6 +9,7 @@
 #include <string>
 
 #include "convert/FltProgress.h"
+#include "convert/FltRecordNames.h"
 #include "convert/FltReferenceChain.h"
 #include "convert/FltSceneToInventor.h"
 #include "diagnostics/FltWarningMessageConsole.h"
@@ -81,6 +82,7 @@ void FltAuthoredBuilder::build()
 {
     walk();
     if (!root_) return;
+    fltMakeRecordNames(context_.records);
     // As in the classic conversion, a converted root reaches the caller with one reference.
     root_->ref();
     root_->setName("root");

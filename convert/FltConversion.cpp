@@ -12,7 +12,6 @@
 #include "QetzFlt/QetzFlt.h"
 #include "convert/FltAuthoredBuilder.h"
 #include "convert/FltProgress.h"
-#include "convert/FltRecordNames.h"
 #include "convert/FltReferenceChain.h"
 #include "convert/FltSceneBuilder.h"
 #include "convert/FltToInventor.h"
@@ -184,7 +183,6 @@ void FltConversion::build(SoSeparator* root)
         builder_ = std::make_unique<FltAuthoredBuilder>(context(), root);
         break;
     }
-    fltMakeRecordNames(parser_.records);
     builder_->build();
     parser_.records.clear();
 }

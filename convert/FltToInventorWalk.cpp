@@ -8,6 +8,7 @@
 #include <string>
 
 #include "convert/FltProgress.h"
+#include "convert/FltRecordNames.h"
 #include "convert/FltToInventor.h"
 #include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltOpcode.h"
@@ -40,6 +41,9 @@ void FltToInventor::build()
 {
     // The nodes of objects of faces (an object, a push level, a face), made kind by kind.
     pool = std::make_unique<FltNodePool>(context.records.objectsOfFaces());
+    // Then the names: made first, the ids would lengthen the chains the pool's constructors
+    // search (a database's first conversion in a process).
+    fltMakeRecordNames(context.records);
     visitAllFltRecords();
     pool.reset();
 }
