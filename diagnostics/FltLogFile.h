@@ -12,6 +12,7 @@
 // last logging conversion ends, and the route never forwards to it afterwards.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <ostream>
 #include <streambuf>
@@ -54,6 +55,8 @@ public:
         int fd_;
         std::unique_ptr<char[]> area_;
         size_t used_ = 0;
+        // Bytes written to the file, and how many of them the kernel was asked to write out.
+        uint64_t written_ = 0, handedOver_ = 0;
     };
 
 private:
