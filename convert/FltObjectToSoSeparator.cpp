@@ -108,10 +108,20 @@ SoVertexProperty* FltObjectToSoSeparator::OldVertexFaces::getProperty()
     return property;
 }
 
+FltRecordIterator FltObjectToSoSeparator::subtreeEnd()
+{
+    if (!subtreeEndFound_) {
+        subtreeEnd_ = fltSubtreeEnd(begin_);
+        subtreeEndFound_ = true;
+    }
+    return subtreeEnd_;
+}
+
 void FltObjectToSoSeparator::setCurrentIterator(FltRecordIterator begin)
 {
     begin_ = begin;
     iteratorSet = true;
+    subtreeEndFound_ = false;
 }
 
 void FltObjectToSoSeparator::buildFinalSoSeparator()
@@ -169,7 +179,9 @@ void FltObjectToSoSeparator::addPolygonOffset()
 void FltObjectToSoSeparator::visitAllFaces()
 {
     // The object's subtree: from its first record to the pop level that closes the first push.
-    FltRecordIterator end = fltSubtreeEnd(begin_);
+    subtreeEnd_ = fltSubtreeEnd(begin_);
+    subtreeEndFound_ = true;
+    FltRecordIterator end = subtreeEnd_;
     fltAdvance(end);
     int subfaceDepth = 0;
     for (FltRecordIterator it = begin_; it != end; ++it) {

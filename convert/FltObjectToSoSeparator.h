@@ -77,6 +77,9 @@ public:
     // The records to walk, from the object's first record after its ancillary records; the
     // record vector ends with a null entry.
     void setCurrentIterator(FltRecordIterator begin);
+    // Where the object's subtree ends: on the pop level that closes its first push, or on
+    // the end marker (as fltSubtreeEnd finds it; the walk of the faces finds it first).
+    FltRecordIterator subtreeEnd();
     void setCurrentFltObjectTransparency(const float& transparency) { objectTransparency = transparency; }
     void setDestination(SoGroup* group) { destination = group; }
     void buildFinalSoSeparator();
@@ -151,7 +154,9 @@ private:
 
     FltObjectContext context;
     FltRecordIterator begin_{};
+    FltRecordIterator subtreeEnd_{};  // found by the walk of the faces
     bool iteratorSet = false;
+    bool subtreeEndFound_ = false;
     float objectTransparency = 1.0f;
     SoGroup* destination = nullptr;
     bool built = false;

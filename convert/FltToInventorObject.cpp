@@ -17,9 +17,9 @@ void FltToInventor::visitObjectFaceRecords(FltRecordIterator& it, float transpar
         builder.setCurrentFltObjectTransparency(transparency);
         builder.setDestination(destination);
         builder.buildFinalSoSeparator();
+        // Past the object's subtree: onto the pop level that closes its first push, or the end.
+        it = builder.subtreeEnd();
     }
-    // Past the object's subtree: onto the pop level that closes its first push, or the end.
-    it = fltSubtreeEnd(it);
 }
 
 void FltToInventor::visitNextSuccessiveFaces(FltRecordIterator& it)
