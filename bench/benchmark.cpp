@@ -79,6 +79,9 @@ double convertOnce(const std::string& path, bool log, bool asAuthored = false, b
     // A converted root comes back with one reference, a refused one with none.
     if (root->getRefCount() == 0) root->ref();
     root->unref();
+    // And removed after: the kernel writing a gigabyte of log out would otherwise share the
+    // processors with the measurements that follow.
+    std::remove((path + ".log").c_str());
     return elapsed;
 }
 
