@@ -8,6 +8,7 @@
 #include <cstring>
 #include <string>
 
+#include "convert/FltNodePool.h"
 #include "convert/FltProgress.h"
 #include "convert/FltRecordNames.h"
 #include "convert/FltReferenceChain.h"
@@ -82,11 +83,20 @@ void FltAuthoredBuilder::build()
 {
     walk();
     if (!root_) return;
+    // The scene's nodes kind by kind, then the names (see FltToInventor::build): a
+    // separator per node and per mesh, and each mesh's hints, material, vertices and faces.
+    // Here the build is one tight loop that keeps Coin's name chains cached anyway: the load
+    // takes as long, but nodes of a kind made together are freed faster (40 000 objects:
+    // 0.25 s instead of 0.38 s through qetzfltReleaseScene).
+    FltNodePool::Counts counts;
+    counts.separators = scene_->nodes.size() + scene_->meshes.size();
+    counts.materials = counts.faceSets = counts.shapeHints = counts.vertexProperties = scene_->meshes.size();
+    FltNodePool pool(counts);
     fltMakeRecordNames(context_.records);
     // As in the classic conversion, a converted root reaches the caller with one reference.
     root_->ref();
     root_->setName("root");
-    fltSceneToInventor(*scene_, root_);
+    fltSceneToInventor(*scene_, root_, &pool);
 }
 
 std::shared_ptr<FltScene> FltAuthoredBuilder::walk()

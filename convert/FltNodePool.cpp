@@ -5,6 +5,8 @@
 #include <Inventor/nodes/SoMaterial.h>
 #include <Inventor/nodes/SoMaterialBinding.h>
 #include <Inventor/nodes/SoSeparator.h>
+#include <Inventor/nodes/SoShapeHints.h>
+#include <Inventor/nodes/SoVertexProperty.h>
 
 namespace {
 
@@ -38,13 +40,15 @@ void release(std::vector<T*>& pool)
 
 }  // namespace
 
-FltNodePool::FltNodePool(size_t count)
+FltNodePool::FltNodePool(const Counts& counts)
 {
     try {
-        fill(separators_, count);
-        fill(bindings_, count);
-        fill(materials_, count);
-        fill(faceSets_, count);
+        fill(separators_, counts.separators);
+        fill(bindings_, counts.bindings);
+        fill(materials_, counts.materials);
+        fill(faceSets_, counts.faceSets);
+        fill(shapeHints_, counts.shapeHints);
+        fill(vertexProperties_, counts.vertexProperties);
     } catch (...) {
         releaseAll();
         throw;
@@ -55,6 +59,8 @@ FltNodePool::~FltNodePool() { releaseAll(); }
 
 void FltNodePool::releaseAll()
 {
+    release(vertexProperties_);
+    release(shapeHints_);
     release(faceSets_);
     release(materials_);
     release(bindings_);
@@ -65,3 +71,5 @@ SoSeparator* FltNodePool::separator() { return take(separators_); }
 SoMaterialBinding* FltNodePool::binding() { return take(bindings_); }
 SoMaterial* FltNodePool::material() { return take(materials_); }
 SoIndexedFaceSet* FltNodePool::faceSet() { return take(faceSets_); }
+SoShapeHints* FltNodePool::shapeHints() { return take(shapeHints_); }
+SoVertexProperty* FltNodePool::vertexProperty() { return take(vertexProperties_); }

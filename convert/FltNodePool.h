@@ -1,4 +1,4 @@
-// Nodes of the kinds every object of faces takes, made in batches before the walk.
+// Nodes of the kinds every object of faces takes, made in batches before the scene is built.
 #pragma once
 
 #include <cstddef>
@@ -8,19 +8,24 @@ class SoIndexedFaceSet;
 class SoMaterial;
 class SoMaterialBinding;
 class SoSeparator;
+class SoShapeHints;
+class SoVertexProperty;
 
 // Coin's node constructors look up their field and enumeration names in Coin's name table,
 // along chains that every name of the process lengthens; a database of tens of thousands of
 // named objects makes those searches the larger part of each node's making, and between two
-// nodes of a kind the walk's other work pushes the chains out of the processor's caches.
+// nodes of a kind the builder's other work pushes the chains out of the processor's caches.
 // Made one kind after another, each kind's searches find the same chains still cached. A
 // node taken from the pool is the node `new` would have made (no reference, no name, its
 // fields at their defaults); when the pool is empty, `new` makes it.
 class FltNodePool {
 public:
-    // Makes `count` nodes of each kind (as many as the objects of faces: each takes one of
-    // each kind at least, but for the material and face set of an object without vertices).
-    explicit FltNodePool(size_t count);
+    // How many of each kind to make: at most what the builder will take (a few left over are
+    // freed with the pool).
+    struct Counts {
+        size_t separators = 0, bindings = 0, materials = 0, faceSets = 0, shapeHints = 0, vertexProperties = 0;
+    };
+    explicit FltNodePool(const Counts& counts);
     // Frees the nodes not taken.
     ~FltNodePool();
     FltNodePool(const FltNodePool&) = delete;
@@ -30,6 +35,8 @@ public:
     SoMaterialBinding* binding();
     SoMaterial* material();
     SoIndexedFaceSet* faceSet();
+    SoShapeHints* shapeHints();
+    SoVertexProperty* vertexProperty();
 
 private:
     void releaseAll();
@@ -38,4 +45,6 @@ private:
     std::vector<SoMaterialBinding*> bindings_;
     std::vector<SoMaterial*> materials_;
     std::vector<SoIndexedFaceSet*> faceSets_;
+    std::vector<SoShapeHints*> shapeHints_;
+    std::vector<SoVertexProperty*> vertexProperties_;
 };

@@ -23,13 +23,17 @@
 #include <string>
 #include <vector>
 
+#include "convert/FltNodePool.h"
 #include "convert/FltScene.h"
 
 namespace {
 
 class SceneToInventor {
 public:
-    explicit SceneToInventor(const FltScene& scene) : scene_(scene), nodes_(scene.nodes.size(), nullptr) {}
+    SceneToInventor(const FltScene& scene, FltNodePool* pool)
+        : scene_(scene), pool_(pool), nodes_(scene.nodes.size(), nullptr)
+    {
+    }
     ~SceneToInventor()
     {
         for (SoNode* node : nodes_)
@@ -57,6 +61,7 @@ private:
     SoNode* material(const FltSceneMesh& mesh, const FltSceneAppearance& appearance);
 
     const FltScene& scene_;
+    FltNodePool* pool_;
     std::vector<SoNode*> nodes_;
     std::map<int, SoTexture2*> textures_;
     std::map<const FltScene*, SoSeparator*> references_;
@@ -114,7 +119,7 @@ void SceneToInventor::fill(SoSeparator* separator, int index)
         if (!nested) {
             nested = new SoSeparator;
             nested->ref();
-            SceneToInventor(*n.reference).fill(nested, 0);
+            SceneToInventor(*n.reference, pool_).fill(nested, 0);
         }
         content->addChild(nested);
     }
@@ -124,7 +129,7 @@ SoNode* SceneToInventor::node(int index)
 {
     SoNode*& slot = nodes_[static_cast<size_t>(index)];
     if (slot) return slot;
-    auto* separator = new SoSeparator;
+    SoSeparator* separator = pool_ ? pool_->separator() : new SoSeparator;
     separator->ref();
     slot = separator;
     const std::string& name = scene_.nodes[static_cast<size_t>(index)].name;
@@ -135,7 +140,7 @@ SoNode* SceneToInventor::node(int index)
 
 SoNode* SceneToInventor::material(const FltSceneMesh& m, const FltSceneAppearance& a)
 {
-    auto* material = new SoMaterial;
+    SoMaterial* material = pool_ ? pool_->material() : new SoMaterial;
     material->specularColor.setValue(a.specular);
     material->emissiveColor.setValue(a.emissive);
     material->shininess = a.shininess;
@@ -171,11 +176,11 @@ SoNode* SceneToInventor::material(const FltSceneMesh& m, const FltSceneAppearanc
 SoSeparator* SceneToInventor::mesh(const FltSceneMesh& m)
 {
     const FltSceneAppearance& a = scene_.appearances[static_cast<size_t>(m.appearance)];
-    auto* separator = new SoSeparator;
+    SoSeparator* separator = pool_ ? pool_->separator() : new SoSeparator;
     // Draw type 0 culls the back faces, the front being the counter-clockwise side. Both
     // sides of a two-sided face are shaded with its normals as they are, whichever way it
     // winds (one writer winds clockwise about them).
-    auto* hints = new SoShapeHints;
+    SoShapeHints* hints = pool_ ? pool_->shapeHints() : new SoShapeHints;
     hints->vertexOrdering = a.twoSided ? SoShapeHints::UNKNOWN_ORDERING : SoShapeHints::COUNTERCLOCKWISE;
     hints->shapeType = a.twoSided ? SoShapeHints::UNKNOWN_SHAPE_TYPE : SoShapeHints::SOLID;
     bool polygons = false;
@@ -204,7 +209,7 @@ SoSeparator* SceneToInventor::mesh(const FltSceneMesh& m)
     }
 
     const size_t vertices = m.vertexCount();
-    auto* property = new SoVertexProperty;
+    SoVertexProperty* property = pool_ ? pool_->vertexProperty() : new SoVertexProperty;
     property->vertex.setNum(static_cast<int>(vertices));
     SbVec3f* points = property->vertex.startEditing();
     for (size_t v = 0; v < vertices; ++v) points[v].setValue(&m.positions[3 * v]);
@@ -223,7 +228,7 @@ SoSeparator* SceneToInventor::mesh(const FltSceneMesh& m)
         property->texCoord.finishEditing();
     }
 
-    auto* faces = new SoIndexedFaceSet;
+    SoIndexedFaceSet* faces = pool_ ? pool_->faceSet() : new SoIndexedFaceSet;
     faces->vertexProperty = property;
     std::vector<int32_t> coordIndex;
     coordIndex.reserve(m.indices.size() + m.polygonSizes.size());
@@ -239,12 +244,12 @@ SoSeparator* SceneToInventor::mesh(const FltSceneMesh& m)
 
 }  // namespace
 
-void fltSceneToInventor(const FltScene& scene, SoSeparator* root)
+void fltSceneToInventor(const FltScene& scene, SoSeparator* root, FltNodePool* pool)
 {
     if (scene.unitScale != 1.0f) {
         auto* scale = new SoScale;
         scale->scaleFactor.setValue(scene.unitScale, scene.unitScale, scene.unitScale);
         root->addChild(scale);
     }
-    SceneToInventor(scene).fill(root, 0);
+    SceneToInventor(scene, pool).fill(root, 0);
 }

@@ -40,7 +40,9 @@ constexpr int kMaxHierarchyDepth = 500;
 void FltToInventor::build()
 {
     // The nodes of objects of faces (an object, a push level, a face), made kind by kind.
-    pool = std::make_unique<FltNodePool>(context.records.objectsOfFaces());
+    FltNodePool::Counts counts;
+    counts.separators = counts.bindings = counts.materials = counts.faceSets = context.records.objectsOfFaces();
+    pool = std::make_unique<FltNodePool>(counts);
     // Then the names: made first, the ids would lengthen the chains the pool's constructors
     // search (a database's first conversion in a process).
     fltMakeRecordNames(context.records);
