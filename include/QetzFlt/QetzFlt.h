@@ -162,7 +162,7 @@ QETZFLT_API int qetzfltWriteImageAsPng(const char* image, const char* png);
  * fastest: last child first, depth first. Coin keeps one process-wide list per node name
  * and searches and shifts it as each named node dies, so a scene of many like-named nodes
  * costs its host the square of their number to free with unref(); through this function
- * about half as much at 40,000 objects. Nodes held elsewhere as well (another graph, a
+ * about 0.6 of that at 40,000 objects. Nodes held elsewhere as well (another graph, a
  * host's reference) are only let go of, as unref() would. A root with no reference (a refused
  * database) is freed. Null is ignored. Does not take a conversion's turn: call it from the
  * thread that owns the scene, as unref().
