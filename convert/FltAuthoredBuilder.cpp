@@ -96,7 +96,7 @@ void FltAuthoredBuilder::build()
     // As in the classic conversion, a converted root reaches the caller with one reference.
     root_->ref();
     root_->setName("root");
-    fltSceneToInventor(*scene_, root_, &pool);
+    fltSceneToInventor(*scene_, root_, pool);
 }
 
 std::shared_ptr<FltScene> FltAuthoredBuilder::walk()

@@ -29,7 +29,7 @@ T* take(std::vector<T*>& pool)
 }
 
 template <class T>
-void release(std::vector<T*>& pool)
+void freeAll(std::vector<T*>& pool)
 {
     for (T* node : pool) {
         node->ref();
@@ -40,8 +40,9 @@ void release(std::vector<T*>& pool)
 
 }  // namespace
 
-FltNodePool::FltNodePool(const Counts& counts)
+void FltNodePool::make(const Counts& counts)
 {
+    release();
     try {
         fill(separators_, counts.separators);
         fill(bindings_, counts.bindings);
@@ -50,21 +51,19 @@ FltNodePool::FltNodePool(const Counts& counts)
         fill(shapeHints_, counts.shapeHints);
         fill(vertexProperties_, counts.vertexProperties);
     } catch (...) {
-        releaseAll();
+        release();
         throw;
     }
 }
 
-FltNodePool::~FltNodePool() { releaseAll(); }
-
-void FltNodePool::releaseAll()
+void FltNodePool::release()
 {
-    release(vertexProperties_);
-    release(shapeHints_);
-    release(faceSets_);
-    release(materials_);
-    release(bindings_);
-    release(separators_);
+    freeAll(vertexProperties_);
+    freeAll(shapeHints_);
+    freeAll(faceSets_);
+    freeAll(materials_);
+    freeAll(bindings_);
+    freeAll(separators_);
 }
 
 SoSeparator* FltNodePool::separator() { return take(separators_); }

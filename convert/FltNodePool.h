@@ -25,11 +25,18 @@ public:
     struct Counts {
         size_t separators = 0, bindings = 0, materials = 0, faceSets = 0, shapeHints = 0, vertexProperties = 0;
     };
-    explicit FltNodePool(const Counts& counts);
+    FltNodePool() = default;
+    explicit FltNodePool(const Counts& counts) { make(counts); }
     // Frees the nodes not taken.
-    ~FltNodePool();
+    ~FltNodePool() { release(); }
     FltNodePool(const FltNodePool&) = delete;
     FltNodePool& operator=(const FltNodePool&) = delete;
+
+    // Makes the nodes counted, after freeing any not taken; an empty pool makes each node
+    // as it is asked for.
+    void make(const Counts& counts);
+    // Frees the nodes not taken.
+    void release();
 
     SoSeparator* separator();
     SoMaterialBinding* binding();
@@ -39,8 +46,6 @@ public:
     SoVertexProperty* vertexProperty();
 
 private:
-    void releaseAll();
-
     std::vector<SoSeparator*> separators_;
     std::vector<SoMaterialBinding*> bindings_;
     std::vector<SoMaterial*> materials_;

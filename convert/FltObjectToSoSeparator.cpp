@@ -133,7 +133,7 @@ void FltObjectToSoSeparator::buildFinalSoSeparator()
             3, true);
         return;
     }
-    SoMaterialBinding* binding = context.pool ? context.pool->binding() : new SoMaterialBinding;
+    SoMaterialBinding* binding = context.pool.binding();
     binding->value = SoMaterialBinding::PER_FACE_INDEXED;
     destination->addChild(binding);
     traverseObjectPrimaryRecords();
@@ -161,7 +161,7 @@ void FltObjectToSoSeparator::traverseObjectPrimaryRecords()
 void FltObjectToSoSeparator::addFaceGroup(int propertyId, bool subface, SoVertexProperty* property)
 {
     FaceGroup& faces = faceGroup(propertyId, subface);
-    SoMaterial* material = context.pool ? context.pool->material() : new SoMaterial;
+    SoMaterial* material = context.pool.material();
     material->setName(materialName(subface, propertyId));
     faces.material.writeTo(material);
     destination->addChild(material);
@@ -378,7 +378,7 @@ void FltObjectToSoSeparator::buildAndAddIndexedFaceSetFromIndicesVectorOneTextur
     const std::vector<int32_t>& coordIndex, const std::vector<int32_t>& materialIndex,
     const std::vector<int32_t>& textures, SoVertexProperty* property)
 {
-    SoIndexedFaceSet* faceSet = context.pool ? context.pool->faceSet() : new SoIndexedFaceSet;
+    SoIndexedFaceSet* faceSet = context.pool.faceSet();
     faceSet->vertexProperty = property;
     faceSet->coordIndex.setValues(0, static_cast<int>(coordIndex.size()), coordIndex.data());
     faceSet->materialIndex.setValues(0, static_cast<int>(materialIndex.size()), materialIndex.data());

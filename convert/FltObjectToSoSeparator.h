@@ -64,7 +64,7 @@ struct FltObjectContext {
     FltSharedVertexProperties& vertices;
     const std::map<int, SoTexture2*>& textures;
     std::ostream& log;
-    FltNodePool* pool;  // where the object's nodes come from; null: made one by one
+    FltNodePool& pool;  // where the object's nodes come from
 };
 
 class FltObjectToSoSeparator {

@@ -24,26 +24,21 @@ FltProgress::FltProgress(double parseShare)
 {
 }
 
-uint64_t FltProgress::parsed(uint64_t offset, uint64_t size)
-{
-    if (!function_ || size == 0) return UINT64_MAX;
-    reach(parseShare_ * (static_cast<double>(offset) / static_cast<double>(size)));
-    if (nextHundredth_ >= kHundredths) return UINT64_MAX;
-    // The first offset whose fraction reaches the next hundredth (rounding may make it ask
-    // once more before it tells, which costs nothing).
-    const double at = std::ceil(static_cast<double>(size) * nextHundredth_ / (kHundredths * parseShare_));
-    return at >= static_cast<double>(size) ? UINT64_MAX : static_cast<uint64_t>(at);
-}
+uint64_t FltProgress::parsed(uint64_t offset, uint64_t size) { return stretch(0, parseShare_, offset, size); }
 
-uint64_t FltProgress::walked(uint64_t done, uint64_t total)
+uint64_t FltProgress::walked(uint64_t done, uint64_t total) { return stretch(parseShare_, walkEnd_, done, total); }
+
+uint64_t FltProgress::stretch(double from, double to, uint64_t done, uint64_t total)
 {
-    const double share = walkEnd_ - parseShare_;
+    const double share = to - from;
     if (!function_ || total == 0 || !(share > 0)) return UINT64_MAX;
-    reach(parseShare_ + share * (static_cast<double>(done) / static_cast<double>(total)));
+    reach(from + share * (static_cast<double>(done) / static_cast<double>(total)));
     if (nextHundredth_ >= kHundredths) return UINT64_MAX;
     const double next = static_cast<double>(nextHundredth_) / kHundredths;
-    if (next >= walkEnd_) return UINT64_MAX;
-    const double at = std::ceil(static_cast<double>(total) * (next - parseShare_) / share);
+    if (next >= to) return UINT64_MAX;
+    // The first step whose fraction reaches the next hundredth (rounding may make it ask
+    // once more before it tells, which costs nothing).
+    const double at = std::ceil(static_cast<double>(total) * (next - from) / share);
     if (at <= static_cast<double>(done)) return done + 1;
     return at >= static_cast<double>(total) ? UINT64_MAX : static_cast<uint64_t>(at);
 }

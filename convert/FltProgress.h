@@ -37,6 +37,9 @@ public:
     void finish();
 
 private:
+    // Step `done` of `total` of the part of the way from `from` to `to`: told, and the step at
+    // which to be told next returned (UINT64_MAX for never).
+    uint64_t stretch(double from, double to, uint64_t done, uint64_t total);
     void tell(double fraction);
 
     QetzfltProgressFunction function_ = nullptr;

@@ -30,7 +30,7 @@ namespace {
 
 class SceneToInventor {
 public:
-    SceneToInventor(const FltScene& scene, FltNodePool* pool)
+    SceneToInventor(const FltScene& scene, FltNodePool& pool)
         : scene_(scene), pool_(pool), nodes_(scene.nodes.size(), nullptr)
     {
     }
@@ -61,7 +61,7 @@ private:
     SoNode* material(const FltSceneMesh& mesh, const FltSceneAppearance& appearance);
 
     const FltScene& scene_;
-    FltNodePool* pool_;
+    FltNodePool& pool_;
     std::vector<SoNode*> nodes_;
     std::map<int, SoTexture2*> textures_;
     std::map<const FltScene*, SoSeparator*> references_;
@@ -129,7 +129,7 @@ SoNode* SceneToInventor::node(int index)
 {
     SoNode*& slot = nodes_[static_cast<size_t>(index)];
     if (slot) return slot;
-    SoSeparator* separator = pool_ ? pool_->separator() : new SoSeparator;
+    SoSeparator* separator = pool_.separator();
     separator->ref();
     slot = separator;
     const std::string& name = scene_.nodes[static_cast<size_t>(index)].name;
@@ -140,7 +140,7 @@ SoNode* SceneToInventor::node(int index)
 
 SoNode* SceneToInventor::material(const FltSceneMesh& m, const FltSceneAppearance& a)
 {
-    SoMaterial* material = pool_ ? pool_->material() : new SoMaterial;
+    SoMaterial* material = pool_.material();
     material->specularColor.setValue(a.specular);
     material->emissiveColor.setValue(a.emissive);
     material->shininess = a.shininess;
@@ -176,11 +176,11 @@ SoNode* SceneToInventor::material(const FltSceneMesh& m, const FltSceneAppearanc
 SoSeparator* SceneToInventor::mesh(const FltSceneMesh& m)
 {
     const FltSceneAppearance& a = scene_.appearances[static_cast<size_t>(m.appearance)];
-    SoSeparator* separator = pool_ ? pool_->separator() : new SoSeparator;
+    SoSeparator* separator = pool_.separator();
     // Draw type 0 culls the back faces, the front being the counter-clockwise side. Both
     // sides of a two-sided face are shaded with its normals as they are, whichever way it
     // winds (one writer winds clockwise about them).
-    SoShapeHints* hints = pool_ ? pool_->shapeHints() : new SoShapeHints;
+    SoShapeHints* hints = pool_.shapeHints();
     hints->vertexOrdering = a.twoSided ? SoShapeHints::UNKNOWN_ORDERING : SoShapeHints::COUNTERCLOCKWISE;
     hints->shapeType = a.twoSided ? SoShapeHints::UNKNOWN_SHAPE_TYPE : SoShapeHints::SOLID;
     bool polygons = false;
@@ -209,7 +209,7 @@ SoSeparator* SceneToInventor::mesh(const FltSceneMesh& m)
     }
 
     const size_t vertices = m.vertexCount();
-    SoVertexProperty* property = pool_ ? pool_->vertexProperty() : new SoVertexProperty;
+    SoVertexProperty* property = pool_.vertexProperty();
     property->vertex.setNum(static_cast<int>(vertices));
     SbVec3f* points = property->vertex.startEditing();
     for (size_t v = 0; v < vertices; ++v) points[v].setValue(&m.positions[3 * v]);
@@ -228,7 +228,7 @@ SoSeparator* SceneToInventor::mesh(const FltSceneMesh& m)
         property->texCoord.finishEditing();
     }
 
-    SoIndexedFaceSet* faces = pool_ ? pool_->faceSet() : new SoIndexedFaceSet;
+    SoIndexedFaceSet* faces = pool_.faceSet();
     faces->vertexProperty = property;
     std::vector<int32_t> coordIndex;
     coordIndex.reserve(m.indices.size() + m.polygonSizes.size());
@@ -244,7 +244,7 @@ SoSeparator* SceneToInventor::mesh(const FltSceneMesh& m)
 
 }  // namespace
 
-void fltSceneToInventor(const FltScene& scene, SoSeparator* root, FltNodePool* pool)
+void fltSceneToInventor(const FltScene& scene, SoSeparator* root, FltNodePool& pool)
 {
     if (scene.unitScale != 1.0f) {
         auto* scale = new SoScale;

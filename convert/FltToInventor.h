@@ -11,7 +11,6 @@
 
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -141,7 +140,7 @@ private:
     FltSharedVertexProperties vertexProperties;
     FltSwitchChildren switchChildren;
     FltNodeStack nodes;
-    std::unique_ptr<FltNodePool> pool;
+    FltNodePool pool;  // during build(): the nodes of objects, made kind by kind
     uint64_t nextProgress = 0;  // the record at which to tell the progress hook next  // during build(): the nodes of objects, made kind by kind
     bool vertexPaletteFlushed = false;
     bool packedColorMode = false;

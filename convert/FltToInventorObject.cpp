@@ -12,7 +12,7 @@ void FltToInventor::visitObjectFaceRecords(FltRecordIterator& it, float transpar
     {
         FltObjectToSoSeparator builder(
             FltObjectContext{palettes, {context.version.formatRevision, packedColorMode}, vertexProperties, textures,
-                             context.log, pool.get()});
+                             context.log, pool});
         builder.setCurrentIterator(it);
         builder.setCurrentFltObjectTransparency(transparency);
         builder.setDestination(destination);

@@ -42,12 +42,12 @@ void FltToInventor::build()
     // The nodes of objects of faces (an object, a push level, a face), made kind by kind.
     FltNodePool::Counts counts;
     counts.separators = counts.bindings = counts.materials = counts.faceSets = context.records.objectsOfFaces();
-    pool = std::make_unique<FltNodePool>(counts);
+    pool.make(counts);
     // Then the names: made first, the ids would lengthen the chains the pool's constructors
     // search (a database's first conversion in a process).
     fltMakeRecordNames(context.records);
     visitAllFltRecords();
-    pool.reset();
+    pool.release();
 }
 
 void FltToInventor::visitAllFltRecords()
@@ -289,7 +289,7 @@ void FltToInventor::visitText(const FltRecordText* record, FltRecordIterator& it
 
 void FltToInventor::visitObject(const FltRecordObject* object, FltRecordIterator& it)
 {
-    SoSeparator* separator = pool ? pool->separator() : new SoSeparator;
+    SoSeparator* separator = pool.separator();
     if (object) separator->setName(object->idASCII);
     addSoGroupToNodesStackTop(separator);
     // Each child added would notify the object's parents: quiet until the object is built.
