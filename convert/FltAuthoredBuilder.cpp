@@ -92,7 +92,7 @@ void FltAuthoredBuilder::build()
     counts.separators = scene_->nodes.size() + scene_->meshes.size();
     counts.materials = counts.faceSets = counts.shapeHints = counts.vertexProperties = scene_->meshes.size();
     FltNodePool pool(counts);
-    fltMakeRecordNames(context_.records);
+    const FltRecordNames names(context_.records);
     // As in the classic conversion, a converted root reaches the caller with one reference.
     root_->ref();
     root_->setName("root");

@@ -55,7 +55,9 @@ void setAt(std::vector<Value>& values, int e, const Value& value, const Value& f
 template <class Field, class Value>
 void writeField(Field& field, const std::vector<Value>& values)
 {
-    if (!values.empty()) field.setValues(0, static_cast<int>(values.size()), values.data());
+    if (values.empty()) return;
+    const FltFreshField fresh(field);
+    field.setValues(0, static_cast<int>(values.size()), values.data());
 }
 
 }  // namespace
@@ -134,7 +136,10 @@ void FltObjectToSoSeparator::buildFinalSoSeparator()
         return;
     }
     SoMaterialBinding* binding = context.pool.binding();
-    binding->value = SoMaterialBinding::PER_FACE_INDEXED;
+    {
+        const FltFreshField fresh(binding->value);
+        binding->value = SoMaterialBinding::PER_FACE_INDEXED;
+    }
     destination->addChild(binding);
     traverseObjectPrimaryRecords();
     built = true;
@@ -379,9 +384,13 @@ void FltObjectToSoSeparator::buildAndAddIndexedFaceSetFromIndicesVectorOneTextur
     const std::vector<int32_t>& textures, SoVertexProperty* property)
 {
     SoIndexedFaceSet* faceSet = context.pool.faceSet();
-    faceSet->vertexProperty = property;
-    faceSet->coordIndex.setValues(0, static_cast<int>(coordIndex.size()), coordIndex.data());
-    faceSet->materialIndex.setValues(0, static_cast<int>(materialIndex.size()), materialIndex.data());
+    {
+        const FltFreshField freshProperty(faceSet->vertexProperty), freshCoords(faceSet->coordIndex),
+            freshMaterials(faceSet->materialIndex);
+        faceSet->vertexProperty = property;
+        faceSet->coordIndex.setValues(0, static_cast<int>(coordIndex.size()), coordIndex.data());
+        faceSet->materialIndex.setValues(0, static_cast<int>(materialIndex.size()), materialIndex.data());
+    }
     faceSet->setName(getSoIndexedFaceSetNameFromSoVertexProperty(property));
 
     const int texture = getTextureFileIndex(textures);

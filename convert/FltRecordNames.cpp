@@ -1,7 +1,8 @@
 // Coin's names for the records' ids, made in one pass.
 #include "convert/FltRecordNames.h"
 
-#include <Inventor/SbName.h>
+#include <algorithm>
+#include <cstring>
 
 #include "reader/FltOpcode.h"
 #include "reader/FltRecord.h"
@@ -16,31 +17,48 @@
 namespace {
 
 template <class T>
-void makeName(const FltRecord* record)
+SbName nameOf(const FltRecord* record)
 {
-    if (const T* named = fltRecordCast<T>(record)) SbName made(named->idASCII);
+    const T* named = fltRecordCast<T>(record);
+    return named ? SbName(named->idASCII) : SbName();
+}
+
+SbName makeName(const FltRecord* record)
+{
+    switch (record->getOpcode()) {
+    case FltOpcode::Group: return nameOf<FltRecordGroup>(record);
+    case FltOpcode::Object: return nameOf<FltRecordObject>(record);
+    case FltOpcode::OldLod: return nameOf<FltRecordOLDLOD>(record);
+    case FltOpcode::Lod: return nameOf<FltRecordLOD>(record);
+    case FltOpcode::DegreeOfFreedom: return nameOf<FltRecordDOF>(record);
+    case FltOpcode::Switch: return nameOf<FltRecordSwitch>(record);
+    case FltOpcode::ClipRegion: return nameOf<FltRecordClipRegion>(record);
+    case FltOpcode::Text: return nameOf<FltRecordText>(record);
+    case FltOpcode::LongId:
+        if (const auto* id = fltRecordCast<FltRecordLongID>(record)) return SbName(id->getText());
+        return SbName();
+    default: return SbName();
+    }
 }
 
 }  // namespace
 
-void fltMakeRecordNames(const FltRecordStore& records)
+FltRecordNames::FltRecordNames(const FltRecordStore& records) : indices_(records.namingRecords())
 {
-    for (size_t at : records.namingRecords()) {
+    names_.reserve(indices_.size());
+    for (size_t at : indices_) {
         const FltRecord* record = records.at(at);
-        if (!record) continue;
-        switch (record->getOpcode()) {
-        case FltOpcode::Group: makeName<FltRecordGroup>(record); break;
-        case FltOpcode::Object: makeName<FltRecordObject>(record); break;
-        case FltOpcode::OldLod: makeName<FltRecordOLDLOD>(record); break;
-        case FltOpcode::Lod: makeName<FltRecordLOD>(record); break;
-        case FltOpcode::DegreeOfFreedom: makeName<FltRecordDOF>(record); break;
-        case FltOpcode::Switch: makeName<FltRecordSwitch>(record); break;
-        case FltOpcode::ClipRegion: makeName<FltRecordClipRegion>(record); break;
-        case FltOpcode::Text: makeName<FltRecordText>(record); break;
-        case FltOpcode::LongId:
-            if (const auto* id = fltRecordCast<FltRecordLongID>(record)) SbName made(id->getText());
-            break;
-        default: break;
-        }
+        names_.push_back(record ? makeName(record) : SbName());
     }
+}
+
+const SbName* FltRecordNames::find(size_t index, const char* id)
+{
+    if (next_ >= indices_.size() || indices_[next_] != index) {
+        const auto found = std::lower_bound(indices_.begin(), indices_.end(), index);
+        if (found == indices_.end() || *found != index) return nullptr;
+        next_ = static_cast<size_t>(found - indices_.begin());
+    }
+    const SbName& name = names_[next_++];
+    return id && std::strcmp(name.getString(), id) == 0 ? &name : nullptr;
 }

@@ -11,12 +11,14 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "convert/FltNodePool.h"
 #include "convert/FltNodeStack.h"
 #include "convert/FltPalettes.h"
+#include "convert/FltRecordNames.h"
 #include "convert/FltSceneBuilder.h"
 #include "convert/FltSharedVertexProperties.h"
 #include "convert/FltSwitchChildren.h"
@@ -133,6 +135,8 @@ private:
     // opens, `attached` (the content itself, or a node holding it) joins the group on top of
     // the stack, and the ancillary records after the record apply to the content.
     SoGroup* beginPrimaryNode(SoGroup* content, SoGroup* attached, const char* name, FltRecordIterator& it);
+    // Names `node` with `id`, the id of the record at `it`, taking the name made before the walk.
+    void nameFromRecord(SoNode* node, const char* id, FltRecordIterator it);
 
     FltBuildContext context;
     SoSeparator* result;
@@ -141,7 +145,8 @@ private:
     FltSwitchChildren switchChildren;
     FltNodeStack nodes;
     FltNodePool pool;  // during build(): the nodes of objects, made kind by kind
-    uint64_t nextProgress = 0;  // the record at which to tell the progress hook next  // during build(): the nodes of objects, made kind by kind
+    std::unique_ptr<FltRecordNames> recordNames;  // during build(): the names of the records' ids
+    uint64_t nextProgress = 0;  // the record at which to tell the progress hook next
     bool vertexPaletteFlushed = false;
     bool packedColorMode = false;
     int headersVisited = 0;

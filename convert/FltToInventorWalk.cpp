@@ -45,8 +45,9 @@ void FltToInventor::build()
     pool.make(counts);
     // Then the names: made first, the ids would lengthen the chains the pool's constructors
     // search (a database's first conversion in a process).
-    fltMakeRecordNames(context.records);
+    recordNames = std::make_unique<FltRecordNames>(context.records);
     visitAllFltRecords();
+    recordNames.reset();
     pool.release();
 }
 
@@ -198,10 +199,20 @@ void FltToInventor::visitGroupChildren(FltRecordIterator& it)
     }
 }
 
+void FltToInventor::nameFromRecord(SoNode* node, const char* id, FltRecordIterator it)
+{
+    const SbName* made =
+        recordNames ? recordNames->find(static_cast<size_t>(it - context.records.walk()), id) : nullptr;
+    if (made)
+        node->setName(*made);
+    else
+        node->setName(id);
+}
+
 SoGroup* FltToInventor::beginPrimaryNode(SoGroup* content, SoGroup* attached, const char* name,
                                         FltRecordIterator& it)
 {
-    if (name) content->setName(name);
+    if (name) nameFromRecord(content, name, it);
     nodes.setLastPrimary(content);
     addSoGroupToNodesStackTop(attached);
     fltAdvance(it);
@@ -290,7 +301,7 @@ void FltToInventor::visitText(const FltRecordText* record, FltRecordIterator& it
 void FltToInventor::visitObject(const FltRecordObject* object, FltRecordIterator& it)
 {
     SoSeparator* separator = pool.separator();
-    if (object) separator->setName(object->idASCII);
+    if (object) nameFromRecord(separator, object->idASCII, it);
     addSoGroupToNodesStackTop(separator);
     // Each child added would notify the object's parents: quiet until the object is built.
     const FltQuietNode quiet(separator, nodes);
