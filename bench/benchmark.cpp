@@ -260,6 +260,7 @@ int main(int argc, char** argv)
     int runs = 5;
     std::vector<std::string> files, objectFiles;
     std::string smallFile;
+    bool unknownOption = false;
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--runs") == 0 && i + 1 < argc)
             runs = std::max(1, std::atoi(argv[++i]));
@@ -267,12 +268,24 @@ int main(int argc, char** argv)
             objectFiles.push_back(argv[++i]);
         else if (std::strcmp(argv[i], "--small") == 0 && i + 1 < argc)
             smallFile = argv[++i];
+        else if (argv[i][0] == '-')
+            unknownOption = true;
         else
             files.push_back(argv[i]);
     }
-    if (files.empty() && objectFiles.empty() && smallFile.empty()) {
+    if (unknownOption || (files.empty() && objectFiles.empty() && smallFile.empty())) {
         std::cerr << "usage: qetzflt-bench [--runs N] [--objects FILE]... [--small FILE] FILE...\n";
         return 2;
+    }
+    std::vector<std::string> named = files;
+    named.insert(named.end(), objectFiles.begin(), objectFiles.end());
+    if (!smallFile.empty()) named.push_back(smallFile);
+    for (const std::string& path : named) {
+        std::error_code error;
+        if (!std::filesystem::is_regular_file(path, error)) {
+            std::cerr << "qetzflt-bench: no such database: " << path << "\n";
+            return 2;
+        }
     }
 
     // Peaks first: a child's peak counts the memory it held at the fork, so the parent must
