@@ -141,6 +141,9 @@ SoNode* SceneToInventor::node(int index)
 SoNode* SceneToInventor::material(const FltSceneMesh& m, const FltSceneAppearance& a)
 {
     SoMaterial* material = pool_.material();
+    const FltFreshField freshSpecular(material->specularColor), freshEmissive(material->emissiveColor),
+        freshShininess(material->shininess), freshDiffuse(material->diffuseColor),
+        freshTransparency(material->transparency), freshAmbient(material->ambientColor);
     material->specularColor.setValue(a.specular);
     material->emissiveColor.setValue(a.emissive);
     material->shininess = a.shininess;
@@ -181,11 +184,15 @@ SoSeparator* SceneToInventor::mesh(const FltSceneMesh& m)
     // sides of a two-sided face are shaded with its normals as they are, whichever way it
     // winds (one writer winds clockwise about them).
     SoShapeHints* hints = pool_.shapeHints();
-    hints->vertexOrdering = a.twoSided ? SoShapeHints::UNKNOWN_ORDERING : SoShapeHints::COUNTERCLOCKWISE;
-    hints->shapeType = a.twoSided ? SoShapeHints::UNKNOWN_SHAPE_TYPE : SoShapeHints::SOLID;
-    bool polygons = false;
-    for (uint32_t size : m.polygonSizes) polygons = polygons || size > 3;
-    if (polygons) hints->faceType = SoShapeHints::UNKNOWN_FACE_TYPE;
+    {
+        const FltFreshField freshOrdering(hints->vertexOrdering), freshShape(hints->shapeType),
+            freshFace(hints->faceType);
+        hints->vertexOrdering = a.twoSided ? SoShapeHints::UNKNOWN_ORDERING : SoShapeHints::COUNTERCLOCKWISE;
+        hints->shapeType = a.twoSided ? SoShapeHints::UNKNOWN_SHAPE_TYPE : SoShapeHints::SOLID;
+        bool polygons = false;
+        for (uint32_t size : m.polygonSizes) polygons = polygons || size > 3;
+        if (polygons) hints->faceType = SoShapeHints::UNKNOWN_FACE_TYPE;
+    }
     separator->addChild(hints);
     if (!a.lit) {
         if (!unlit_) {
@@ -210,6 +217,8 @@ SoSeparator* SceneToInventor::mesh(const FltSceneMesh& m)
 
     const size_t vertices = m.vertexCount();
     SoVertexProperty* property = pool_.vertexProperty();
+    const FltFreshField freshVertices(property->vertex), freshNormals(property->normal),
+        freshBinding(property->normalBinding), freshUv(property->texCoord);
     property->vertex.setNum(static_cast<int>(vertices));
     SbVec3f* points = property->vertex.startEditing();
     for (size_t v = 0; v < vertices; ++v) points[v].setValue(&m.positions[3 * v]);
@@ -229,6 +238,7 @@ SoSeparator* SceneToInventor::mesh(const FltSceneMesh& m)
     }
 
     SoIndexedFaceSet* faces = pool_.faceSet();
+    const FltFreshField freshProperty(faces->vertexProperty), freshCoords(faces->coordIndex);
     faces->vertexProperty = property;
     std::vector<int32_t> coordIndex;
     coordIndex.reserve(m.indices.size() + m.polygonSizes.size());
