@@ -90,11 +90,12 @@ struct ObjectTimes {
     double load = 0, box = 0, release = 0;
 };
 
-ObjectTimes loadBoxRelease(const std::string& path, bool throughLibrary)
+ObjectTimes loadBoxRelease(const std::string& path, bool throughLibrary, bool asAuthored = false)
 {
     ObjectTimes times;
     Clock::time_point start = Clock::now();
-    SoSeparator* root = qetzfltConvert(path.c_str(), QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_LOG_NONE);
+    SoSeparator* root = qetzfltConvert(path.c_str(), QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_LOG_NONE |
+                                                         (asAuthored ? QETZFLT_BUILD_AS_AUTHORED : QETZFLT_BUILD_CLASSIC));
     times.load = seconds(start);
     if (root->getRefCount() == 0) root->ref();
     start = Clock::now();
@@ -201,14 +202,16 @@ double coinAlone(long objects)
 }
 
 // Loads, first bounding boxes and releases of databases of many objects, against the per-MiB
-// log-off time of the terrain given and the time Coin alone takes to make their nodes.
+// log-off time of the terrain given and the time Coin alone takes to make their nodes; and
+// the as-authored load, the one the tool makes.
 void objectTable(const std::vector<std::string>& files, int runs, const Row* terrain)
 {
-    std::printf("\n%-22s %9s %9s %15s %11s %9s %10s %10s %12s %17s\n", "many objects", "MiB", "floor s",
-                "load s (x)", "load s/MiB", "box s", "unref s", "release s", "(x unref)", "Coin alone s (x)");
+    std::printf("\n%-22s %9s %9s %15s %11s %9s %10s %10s %12s %17s %21s\n", "many objects", "MiB", "floor s",
+                "load s (x)", "load s/MiB", "box s", "unref s", "release s", "(x unref)", "Coin alone s (x)",
+                "as-authored s (x load)");
     for (const std::string& path : files) {
         const long objects = objectRecords(path);
-        std::vector<double> floors, loads, boxes, plain, ours, alone;
+        std::vector<double> floors, loads, boxes, plain, ours, alone, authored;
         floorPass(path);
         for (int r = 0; r < runs; ++r) {
             Clock::time_point start = Clock::now();
@@ -221,11 +224,13 @@ void objectTable(const std::vector<std::string>& files, int runs, const Row* ter
             plain.push_back(a.release);
             ours.push_back(b.release);
             alone.push_back(coinAlone(objects));
+            authored.push_back(loadBoxRelease(path, true, true).load);
         }
         const double mib = mebibytes(path), floor = median(floors), load = median(loads);
-        std::printf("%-22s %9.1f %9.4f %7.3f (%5.1f) %11.4f %9.3f %10.3f %10.3f %12.2f %9.3f (%5.2f)\n",
+        std::printf("%-22s %9.1f %9.4f %7.3f (%5.1f) %11.4f %9.3f %10.3f %10.3f %12.2f %9.3f (%5.2f) %13.3f (%5.2f)\n",
                     fileName(path).c_str(), mib, floor, load, load / floor, load / mib, median(boxes), median(plain),
-                    median(ours), median(ours) / median(plain), median(alone), median(alone) / load);
+                    median(ours), median(ours) / median(plain), median(alone), median(alone) / load, median(authored),
+                    median(authored) / load);
         if (terrain)
             std::printf("  load per MiB over %s's log-off per MiB: %.2f\n", terrain->name.c_str(),
                         (load / mib) / (terrain->logOff / terrain->mib));
