@@ -57,9 +57,9 @@ private:
 };
 
 // Holds a field's change notification while a node just made, that no group holds yet,
-// takes its values: no action can have seen the node, and
-// each notification would otherwise build a list, take Coin's lock and find no one to tell
-// (40 000 objects: a twentieth of their conversion). The field is marked changed as ever.
+// takes its values: no action can have seen the node, and each notification would otherwise
+// build a list, take Coin's lock and find no one to tell (40 000 objects: a twentieth of
+// their conversion). The field is marked changed (no longer default) as ever.
 class FltFreshField {
 public:
     explicit FltFreshField(SoField& field) : field_(field), notifying_(field.isNotifyEnabled())
