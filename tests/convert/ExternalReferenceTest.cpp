@@ -271,21 +271,6 @@ TEST(ExternalReference, aNamedPipeIsNotWaitedFor)
 
 namespace {
 
-// A copy of a shared folder of real databases in a scratch folder (the logs are written
-// beside the files), or empty when the shared data is absent.
-std::string copyOfSharedData(const ScratchDir& dir, const std::string& relative)
-{
-    const std::string shared = sharedDataDir();
-    if (shared.empty() || !fs::is_directory(fs::path(shared) / relative)) return "";
-    const fs::path target = dir.path() / relative;
-    fs::create_directories(target);
-    fs::copy(fs::path(shared) / relative, target, fs::copy_options::recursive | fs::copy_options::overwrite_existing);
-    for (const auto& entry : fs::recursive_directory_iterator(target))
-        fs::permissions(entry.path(), fs::perms::owner_write, fs::perm_options::add);
-    fs::permissions(target, fs::perms::owner_write, fs::perm_options::add);
-    return target.string();
-}
-
 // Every label of a reference below root, in traversal order.
 Names referenceLabels(SoNode* root)
 {

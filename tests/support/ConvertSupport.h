@@ -56,6 +56,14 @@ public:
     Converted& operator=(const Converted&) = delete;
 
     std::string log() const { return readFile(path + ".log"); }
+    // The messages, one line each: "[level] text".
+    std::string messageLines() const
+    {
+        std::string lines;
+        for (size_t i = 0; i < messages.size(); ++i)
+            lines += "[" + std::to_string(levels[i]) + "] " + messages[i] + "\n";
+        return lines;
+    }
 
     ScratchDir dir;
     std::string path;

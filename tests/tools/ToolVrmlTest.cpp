@@ -12,7 +12,6 @@
 #include <Inventor/misc/SoChildList.h>
 #include <Inventor/nodes/SoSeparator.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -182,22 +181,10 @@ TEST(ToolVrmlTest, invalidNamesBecomeDistinctIdentifiersAndAMissingTextureIsLeft
 // textures name PNG files that exist; the as-authored one draws.
 TEST(ToolVrmlSharedDataTest, everyDatabaseReadsBackFromVrml)
 {
-    const std::string data = sharedDataDir();
-    if (data.empty()) GTEST_SKIP() << "../shared/data is absent: the real databases cannot be converted";
     ScratchDir copy;
-    std::vector<std::string> databases;
-    for (const auto& entry : fs::recursive_directory_iterator(data)) {
-        const fs::path relative = fs::relative(entry.path(), data);
-        if (entry.is_directory()) {
-            fs::create_directories(copy.path() / "in" / relative);
-        } else if (entry.is_regular_file()) {
-            fs::copy_file(entry.path(), copy.path() / "in" / relative);
-            std::string extension = relative.extension().string();
-            std::transform(extension.begin(), extension.end(), extension.begin(), ::tolower);
-            if (extension == ".flt") databases.push_back(relative.generic_string());
-        }
-    }
-    std::sort(databases.begin(), databases.end());
+    if (copyOfSharedData(copy).empty())
+        GTEST_SKIP() << "../shared/data is absent: the real databases cannot be converted";
+    const std::vector<std::string> databases = databasesBelow(copy.path().string());
     ASSERT_FALSE(databases.empty());
     // Databases without a face.
     const std::set<std::string> empty{"real/switch/switch.flt"};
@@ -207,7 +194,7 @@ TEST(ToolVrmlSharedDataTest, everyDatabaseReadsBackFromVrml)
         for (const char* classic : {"", "--classic"}) {
             SCOPED_TRACE(name + " " + classic);
             const std::string out = copy.file(std::string("out") + classic + "/" + name + ".wrl");
-            std::vector<std::string> args{"convert", copy.file("in/" + name), "--vrml2", "--no-log", "-o", out};
+            std::vector<std::string> args{"convert", copy.file(name), "--vrml2", "--no-log", "-o", out};
             if (*classic) args.push_back(classic);
             const RunResult r = runTool(args);
             ASSERT_EQ(r.status, 0) << r.err;
