@@ -245,11 +245,7 @@ TEST(ExternalReference, aFileSharedOrRefusedIsOpenedForTheLogButReadOnce)
         EXPECT_GT(read, 4u << 20) << builder;
         EXPECT_LT(read, 8u << 20) << builder;
         const std::string log = readFile(topPath + ".log");
-        size_t openings = 0;
-        for (size_t at = log.find("Success in opening file: " + bigPath + "\n"); at != std::string::npos;
-             at = log.find("Success in opening file: " + bigPath + "\n", at + 1))
-            ++openings;
-        EXPECT_EQ(openings, 40u) << builder;
+        EXPECT_EQ(occurrences(log, "Success in opening file: " + bigPath + "\n"), 40u) << builder;
         EXPECT_NE(log.find("Success in opening file: " + topPath + "\n"), std::string::npos) << builder;
         EXPECT_EQ(log.find("HEADER RECORD"), std::string::npos) << builder;
     }

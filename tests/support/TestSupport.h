@@ -28,6 +28,14 @@ inline void writeFile(const std::string& path, const std::string& bytes)
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
+// How many times part stands in text.
+inline size_t occurrences(const std::string& text, const std::string& part)
+{
+    size_t n = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++n;
+    return n;
+}
+
 // A fresh directory under the system's temporary folder, removed with its content.
 class ScratchDir {
 public:

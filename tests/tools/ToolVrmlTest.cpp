@@ -83,13 +83,6 @@ public:
     SoSeparator* root = nullptr;
 };
 
-size_t occurrences(const std::string& text, const std::string& part)
-{
-    size_t n = 0;
-    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++n;
-    return n;
-}
-
 // The names after DEF in a written file.
 std::set<std::string> defNames(const std::string& wrl)
 {
@@ -214,10 +207,7 @@ TEST(ToolVrmlSharedDataTest, everyDatabaseReadsBackFromVrml)
                 PngPicture picture;
                 if (display) {
                     ASSERT_TRUE(drawn.status == 0 && readPng(out + ".png", picture)) << drawn.err;
-                    int model = 0;
-                    for (int y = 0; y < picture.height; ++y)
-                        for (int x = 0; x < picture.width; ++x) model += isBackground(picture.at(x, y)) ? 0 : 1;
-                    EXPECT_GT(model, 0) << "nothing drawn";
+                    EXPECT_GT(modelPixels(picture), 0) << "nothing drawn";
                 }
             }
             const std::vector<std::string> urls = back.textureUrls();
