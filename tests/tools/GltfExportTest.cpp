@@ -15,6 +15,7 @@
 #include <functional>
 #include <set>
 
+#include "ConvertSupport.h"
 #include "GltfReadBack.h"
 #include "QetzFlt/QetzFlt.h"
 #include "ToolRunner.h"
@@ -92,13 +93,8 @@ size_t drawnTriangles(SoNode* node)
 
 size_t asAuthoredTriangles(const std::string& database)
 {
-    SoSeparator* root = qetzfltConvert(database.c_str(), QETZFLT_BUILD_AS_AUTHORED | QETZFLT_LOG_NONE |
-                                                             QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_NO_ECHO);
-    if (!root) return 0;
-    root->ref();
-    const size_t triangles = drawnTriangles(root);
-    root->unref();
-    return triangles;
+    const AuthoredFile converted(database);
+    return converted.root ? drawnTriangles(converted.root) : 0;
 }
 
 // Nothing but the files asked for: no temporary file left beside them.

@@ -218,12 +218,7 @@ TEST_F(ToolTest, convert_writesInventorOrVrmlAndTheLogOnlyWhenAsked)
     // A quarter turn about x in front of the root, so that +z goes to +y.
     EXPECT_TRUE(contains(yup, "rotation -1 -0 -0  1.5707964")) << yup.substr(0, 200);
     EXPECT_LT(yup.find("Rotation {"), yup.find("DEF root"));
-
-    const RunResult vrml = runTool({"convert", input, "--vrml2"});
-    ASSERT_EQ(vrml.status, 0) << vrml.err;
-    const std::string wrl = readFile(dir.file("db.wrl"));
-    EXPECT_EQ(wrl.rfind("#VRML V2.0 utf8", 0), 0u);
-    EXPECT_TRUE(contains(wrl, "IndexedFaceSet"));
+    // VRML (db.wrl beside the input without -o): ToolVrmlTest.
 }
 
 TEST_F(ToolTest, convert_drawsAProgressBarOnATerminalOnlyOnceTheConversionHasRunAWhile)
