@@ -163,10 +163,8 @@ TEST(ClassicColors, theWalkGivesTheRulesTheObjectsTransparencyAndLogsABadIndex)
 {
     // Faces under an object of transparency 0 and loose faces (transparency 1), one with a
     // bad colour index: its entry is left to the defaults, and the log says so.
-    std::vector<uint32_t> colors(1024, 0);
-    colors[5] = 0xFFFF9966u;
-    FltFixture db;
-    db.header().colorPalette(colors).vertexPalette();
+    FltFixture db = colourPalettes();
+    db.vertexPalette();
     const int32_t a = db.vertexColor(0, 0, 0), b = db.vertexColor(1, 0, 0), c = db.vertexColor(0, 1, 0);
     FltFaceSpec weighed, bad;
     weighed.primaryColorIndex = 5 * 128 + 127;

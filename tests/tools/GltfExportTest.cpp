@@ -9,7 +9,6 @@
 #include <Inventor/nodes/SoSeparator.h>
 #include <Inventor/nodes/SoSwitch.h>
 
-#include <array>
 #include <cmath>
 #include <filesystem>
 #include <functional>
@@ -180,19 +179,14 @@ TEST(GltfExport, aLitTwoSidedFaceIsAShadedDoubleSidedMaterialOfItsColour)
     ScratchDir dir;
     FltFixture db;
     db.header().vertexPalette();
-    std::vector<int32_t> v;
-    for (const auto& corner : {std::array<double, 2>{0, 0}, {1, 0}, {0, 1}}) {
-        FltVertexSpec s;
-        s.x = corner[0], s.y = corner[1];
-        v.push_back(db.vertexColorNormal(s));
-    }
+    const int32_t a = db.vertexColorNormal(vertexAt(0, 0)), b = db.vertexColorNormal(vertexAt(1, 0)),
+                  c = db.vertexColorNormal(vertexAt(0, 1));
     FltFaceSpec face;
     face.drawType = 1;
     face.lightMode = 2;
-    face.flags = 0x10000000;  // packed colour
-    const uint8_t red[4] = {255, 0, 0, 255};
-    std::copy(red, red + 4, face.packed);
-    db.face(face).push().vertexList({v[0], v[1], v[2]}).pop();
+    face.flags = kPackedColor;
+    face.packed[0] = 255, face.packed[3] = 255;  // opaque red
+    db.face(face).push().vertexList({a, b, c}).pop();
     db.save(dir.file("lit.flt"));
     ASSERT_EQ(runTool({"convert", dir.file("lit.flt"), "-o", dir.file("lit.glb")}).status, 0);
     const GltfReadBack glb(dir.file("lit.glb"));
