@@ -20,8 +20,6 @@
 
 namespace {
 
-constexpr int32_t kNoColor = 0x40000000;
-constexpr int32_t kPackedColor = 0x10000000;
 constexpr int32_t kHidden = 0x04000000;
 
 FltConversionOptions asAuthored()
@@ -29,20 +27,6 @@ FltConversionOptions asAuthored()
     FltConversionOptions options;
     options.builder = FltConversionOptions::Builder::AsAuthored;
     return options;
-}
-
-// A colour palette whose entry 5 is (0.4, 0.6, 1.0) and a material 2 of diffuse
-// (0.5, 0.25, 1.0), half that ambient, alpha 0.25.
-FltFixture palettes()
-{
-    FltFixture db;
-    db.header();
-    std::vector<uint32_t> colors(1024, 0);
-    colors[5] = 0xFFFF9966u;
-    db.colorPalette(colors);
-    const float diffuse[3] = {0.5f, 0.25f, 1.0f};
-    db.material(2, diffuse, 64.0f, 0.25f);
-    return db;
 }
 
 // One triangle, or a square, of colour-only vertices at z = 0, faces as given.
@@ -81,27 +65,6 @@ size_t polygons(const FltScene& scene)
     for (const FltSceneMesh& mesh : scene.meshes) n += mesh.polygonSizes.size();
     return n;
 }
-
-// A database file converted as authored, with nothing on the standard streams.
-struct AuthoredFile {
-    explicit AuthoredFile(const std::string& path)
-    {
-        SoDB::init();
-        root = qetzfltConvert(path.c_str(), QETZFLT_BUILD_AS_AUTHORED | QETZFLT_LOG_NONE | QETZFLT_NO_STANDARD_OUTPUT |
-                                                QETZFLT_NO_ECHO);
-        for (int i = 0; i < qetzfltLastMessageCount(); ++i) {
-            messages.push_back(qetzfltLastMessageText(i));
-            levels.push_back(qetzfltLastMessageLevel(i));
-        }
-    }
-    ~AuthoredFile()
-    {
-        if (root) root->unref();
-    }
-    SoSeparator* root = nullptr;
-    std::vector<std::string> messages;
-    std::vector<int> levels;
-};
 
 }  // namespace
 
@@ -152,7 +115,7 @@ TEST(AsAuthored, theLookFollowsLightModeColourMaterialTransparencyAndDrawType)
         {"draw type 1: two-sided", twoSided, 0, false, false, true, false, 0.4f, 0.6f, 1, 1, 1},
     };
     for (const Case& k : cases) {
-        FltFixture db = palettes();
+        FltFixture db = colourPalettes();
         ParsedPalettes parsed(db.face(k.face));
         const auto& record = parsed.nth<FltRecordFace>(FltOpcode::Face);
         const FltAuthoredLook look = fltAuthoredLook(FltDrawFields::of(record), parsed.palettes, 1570, k.object);
@@ -172,7 +135,7 @@ TEST(AsAuthored, theLookFollowsLightModeColourMaterialTransparencyAndDrawType)
 TEST(AsAuthored, facesBecomeMeshesByAppearanceMovedByTheMatricesAfterThem)
 {
     // Padded push and pop records (one writer pads every record to 8 bytes) pass quietly.
-    FltFixture db = palettes();
+    FltFixture db = colourPalettes();
     Geometry g(db);
     const auto push8 = [&] { db.add(FltRecordBytes(10, 8)); };
     const auto pop8 = [&] { db.add(FltRecordBytes(11, 8)); };
@@ -206,7 +169,7 @@ TEST(AsAuthored, facesBecomeMeshesByAppearanceMovedByTheMatricesAfterThem)
 
 TEST(AsAuthored, drawType0CullsBackFacesAndDrawType1DrawsBothSidesAsTheyAre)
 {
-    FltFixture db = palettes();
+    FltFixture db = colourPalettes();
     Geometry g(db);
     FltFaceSpec culled, twoSided;
     twoSided.drawType = 1;
@@ -224,7 +187,7 @@ TEST(AsAuthored, drawType0CullsBackFacesAndDrawType1DrawsBothSidesAsTheyAre)
 
 TEST(AsAuthored, meshPrimitivesBecomePolygons)
 {
-    FltFixture db = palettes();
+    FltFixture db = colourPalettes();
     FltFaceSpec spec;
     spec.lightMode = 2;
     spec.primaryColorIndex = 5 * 128 + 127;
@@ -246,7 +209,7 @@ TEST(AsAuthored, meshPrimitivesBecomePolygons)
 
 TEST(AsAuthored, switchMasksLevelsOfDetailAndInstances)
 {
-    FltFixture db = palettes();
+    FltFixture db = colourPalettes();
     Geometry g(db);
     FltFaceSpec flat;
     db.push().switchNode("s", 0, 1, {0x5}).push();
@@ -282,7 +245,7 @@ TEST(AsAuthored, switchMasksLevelsOfDetailAndInstances)
 
 TEST(AsAuthored, hierarchiesDeeperThanTheLimitAreDrawnAtItWithOneMessage)
 {
-    FltFixture db = palettes();
+    FltFixture db = colourPalettes();
     Geometry g(db);
     db.push();
     for (int i = 0; i < 700; ++i) db.group("d").push();
@@ -307,7 +270,7 @@ TEST(AsAuthored, texturesAndReferencesAreFoundBesideTheDatabaseThatNamesThem)
     writeFile(dir.file("parts/brick.rgb"), "image");
     // The part names its textures relative to itself, by an authoring machine's absolute
     // path whose last part lies beside it, and by a name found nowhere (twice: one message).
-    FltFixture part = palettes();
+    FltFixture part = colourPalettes();
     part.texturePattern(0, "maps/wood.rgb").texturePattern(1, "C:/Work/brick.rgb").texturePattern(2, "gone.rgb");
     Geometry g(part);
     part.push();
@@ -317,7 +280,7 @@ TEST(AsAuthored, texturesAndReferencesAreFoundBesideTheDatabaseThatNamesThem)
         g.triangle(face);
     }
     part.pop().save(dir.file("parts/part.flt"));
-    FltFixture top = palettes();
+    FltFixture top = colourPalettes();
     top.push().externalReference("parts/part.flt").pop().save(dir.file("top.flt"));
 
     AuthoredFile converted(dir.file("top.flt"));
@@ -338,16 +301,12 @@ TEST(RealDatabases, everyPublicDatabaseDrawsItsFacesAsAuthored)
 {
     const std::string data = sharedDataDir();
     if (data.empty()) GTEST_SKIP() << "../shared/data is absent: the real databases are not in this checkout";
-    namespace fs = std::filesystem;
-    int databases = 0;
-    for (const auto& entry : fs::recursive_directory_iterator(data + "/public")) {
-        std::string extension = entry.path().extension().string();
-        std::transform(extension.begin(), extension.end(), extension.begin(), ::tolower);
-        if (extension != ".flt") continue;
-        ++databases;
-        SCOPED_TRACE(entry.path().string());
+    const std::vector<std::string> databases = databasesBelow(data + "/public");
+    for (const std::string& name : databases) {
+        const std::string path = data + "/public/" + name;
+        SCOPED_TRACE(path);
         // Read where it lies, so that textures resolve; without a log, nothing is written.
-        AuthoredFile converted(entry.path().string());
+        AuthoredFile converted(path);
         ASSERT_NE(converted.root, nullptr);
         EXPECT_EQ(converted.root->getRefCount(), 1);
         // One file ends with a stray byte, which the parse reports; nothing else is an error.
@@ -356,7 +315,7 @@ TEST(RealDatabases, everyPublicDatabaseDrawsItsFacesAsAuthored)
                 EXPECT_LT(converted.levels[i], 3) << converted.messages[i];
             }
         }
-        ParsedBytes parsed(readFile(entry.path().string()));
+        ParsedBytes parsed(readFile(path));
         parsed.parser.setDumpStream(nullptr);
         parsed.parser.setProgressStream(nullptr);
         parsed.parser.run();
@@ -365,5 +324,5 @@ TEST(RealDatabases, everyPublicDatabaseDrawsItsFacesAsAuthored)
         // Every face is drawn, but those whose vertex lists name no vertex (one file has such).
         EXPECT_GE(facesInFaceSets(converted.root), faces * 9 / 10);
     }
-    EXPECT_EQ(databases, 26);
+    EXPECT_EQ(databases.size(), 26u);
 }

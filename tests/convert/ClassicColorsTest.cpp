@@ -13,21 +13,11 @@
 
 namespace {
 
-constexpr int32_t kNoColor = 0x40000000;
-constexpr int32_t kPackedColor = 0x10000000;
-
-// A colour palette whose entry 5 is (0.4, 0.6, 1.0) and a material 2 of diffuse
-// (0.5, 0.25, 1.0), half that ambient, shininess 64 of 128 and alpha 0.25; then `empty`
-// 4-byte colour and old material palettes, and one face.
+// The palettes of colourPalettes, then `empty` 4-byte colour and old material palettes, and
+// one face.
 FltFixture faceDatabase(const FltFaceSpec& face, int32_t revision, int empty = 0)
 {
-    FltFixture db;
-    db.header(revision);
-    std::vector<uint32_t> colors(1024, 0);
-    colors[5] = 0xFFFF9966u;  // alpha, blue, green, red
-    db.colorPalette(colors);
-    const float diffuse[3] = {0.5f, 0.25f, 1.0f};
-    db.material(2, diffuse, 64.0f, 0.25f);
+    FltFixture db = colourPalettes(revision);
     for (int i = 0; i < empty; ++i) db.add(FltRecordBytes(32, 4)).add(FltRecordBytes(66, 4));
     return db.face(face);
 }
@@ -173,10 +163,8 @@ TEST(ClassicColors, theWalkGivesTheRulesTheObjectsTransparencyAndLogsABadIndex)
 {
     // Faces under an object of transparency 0 and loose faces (transparency 1), one with a
     // bad colour index: its entry is left to the defaults, and the log says so.
-    std::vector<uint32_t> colors(1024, 0);
-    colors[5] = 0xFFFF9966u;
-    FltFixture db;
-    db.header().colorPalette(colors).vertexPalette();
+    FltFixture db = colourPalettes();
+    db.vertexPalette();
     const int32_t a = db.vertexColor(0, 0, 0), b = db.vertexColor(1, 0, 0), c = db.vertexColor(0, 1, 0);
     FltFaceSpec weighed, bad;
     weighed.primaryColorIndex = 5 * 128 + 127;

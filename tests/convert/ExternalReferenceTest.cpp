@@ -245,11 +245,7 @@ TEST(ExternalReference, aFileSharedOrRefusedIsOpenedForTheLogButReadOnce)
         EXPECT_GT(read, 4u << 20) << builder;
         EXPECT_LT(read, 8u << 20) << builder;
         const std::string log = readFile(topPath + ".log");
-        size_t openings = 0;
-        for (size_t at = log.find("Success in opening file: " + bigPath + "\n"); at != std::string::npos;
-             at = log.find("Success in opening file: " + bigPath + "\n", at + 1))
-            ++openings;
-        EXPECT_EQ(openings, 40u) << builder;
+        EXPECT_EQ(occurrences(log, "Success in opening file: " + bigPath + "\n"), 40u) << builder;
         EXPECT_NE(log.find("Success in opening file: " + topPath + "\n"), std::string::npos) << builder;
         EXPECT_EQ(log.find("HEADER RECORD"), std::string::npos) << builder;
     }
@@ -270,21 +266,6 @@ TEST(ExternalReference, aNamedPipeIsNotWaitedFor)
 // ---- The real databases made of references ----
 
 namespace {
-
-// A copy of a shared folder of real databases in a scratch folder (the logs are written
-// beside the files), or empty when the shared data is absent.
-std::string copyOfSharedData(const ScratchDir& dir, const std::string& relative)
-{
-    const std::string shared = sharedDataDir();
-    if (shared.empty() || !fs::is_directory(fs::path(shared) / relative)) return "";
-    const fs::path target = dir.path() / relative;
-    fs::create_directories(target);
-    fs::copy(fs::path(shared) / relative, target, fs::copy_options::recursive | fs::copy_options::overwrite_existing);
-    for (const auto& entry : fs::recursive_directory_iterator(target))
-        fs::permissions(entry.path(), fs::perms::owner_write, fs::perm_options::add);
-    fs::permissions(target, fs::perms::owner_write, fs::perm_options::add);
-    return target.string();
-}
 
 // Every label of a reference below root, in traversal order.
 Names referenceLabels(SoNode* root)

@@ -14,6 +14,9 @@ FltFixture& definition(FltFixture& db, int16_t number, const std::string& group)
     return db.instanceDefinition(number).push().group(group).push().pop().pop();
 }
 
+const std::string kInsideItself =
+    "ERROR ! Instance reference 1 stands inside its own definition: not added, the instance would contain itself";
+
 }  // namespace
 
 TEST(Instance, referencesShowTheLatestDefinitionsOwnSeparatorAlsoInsideOtherInstances)
@@ -48,8 +51,7 @@ TEST(Instance, referenceInsideItsOwnDefinition_isRefusedWithMessage)
     // Walking the graph, as hierarchy() does, would never end if the instance held itself.
     EXPECT_EQ(hierarchy(c), "Separator:InstanceDefinition_1[Separator:a] Separator:InstanceDefinition_1[Separator:a]");
     EXPECT_EQ(hierarchyChild(c, 1), hierarchyChild(c, 0));
-    EXPECT_EQ(c.messages, (Names{"ERROR ! Instance reference 1 stands inside its own definition: not added, the "
-                                 "instance would contain itself"}));
+    EXPECT_EQ(c.messages, Names{kInsideItself});
     EXPECT_EQ(c.levels, (std::vector<int>{3}));
 }
 
@@ -65,8 +67,7 @@ TEST(Instance, underAGroupReopenedByAStalePushOnlyARealCycleIsRefused)
     Converted c(db.pop());
     const std::string one = "Separator:InstanceDefinition_1[Separator:g]";
     EXPECT_EQ(hierarchy(c), one + " Separator:InstanceDefinition_2[Separator:h[" + one + "]]");
-    EXPECT_EQ(c.messages, (Names{"ERROR ! Instance reference 1 stands inside its own definition: not added, the "
-                                 "instance would contain itself"}));
+    EXPECT_EQ(c.messages, Names{kInsideItself});
 }
 
 TEST(Instance, manyReferencesUnderAReopenedGroupStayLinear)

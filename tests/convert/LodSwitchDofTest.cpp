@@ -6,7 +6,6 @@
 #include <Inventor/nodes/SoLOD.h>
 #include <Inventor/nodes/SoSwitch.h>
 
-#include <chrono>
 #include <sstream>
 
 #include "ConvertSupport.h"
@@ -177,15 +176,13 @@ TEST(Switch, hundredThousandChildrenUnderALongMaskConvertInLinearTime)
     for (int i = 0; i < kChildren; ++i) db.add(child).push().pop();
     db.pop().pop();
 
-    const auto start = std::chrono::steady_clock::now();
+    // A rule that rescans the children or reparses the mask per child needs hours here: the
+    // test's time limit (300 s under CTest) catches it, no clock in the test.
     Converted c(db);
-    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     std::string expected(kChildren, '0');
     for (int n = 0; n < kChildren; ++n)
         if ((static_cast<uint32_t>(n / 32) >> (n % 32)) & 1u) expected[n] = '1';
     EXPECT_TRUE(wrapperStates(hierarchyChild(c, 0)) == expected);
-    // A rule that rescans the children or reparses the mask per child needs hours here.
-    EXPECT_LT(seconds, 120.0);
 }
 
 // ---- Degree of freedom ----

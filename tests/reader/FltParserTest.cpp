@@ -4,7 +4,6 @@
 #include "MemoryInput.h"
 #include "RecordTestSupport.h"
 #include "TestSupport.h"
-#include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltCreationVisitor.h"
 #include "reader/FltDump.h"
 #include "reader/FltRecordControl.h"
@@ -13,16 +12,14 @@
 
 namespace {
 
-class ParserTest : public ::testing::Test {
+class ParserTest : public ConsoleMessagesTest {
 protected:
-    void SetUp() override { FltWarningMessageConsole::clearMessages(); }
     static std::vector<int> opcodes(const FltParser& parser)
     {
         std::vector<int> result;
         for (const FltRecord* r : parser.records) result.push_back(r->getOpcode());
         return result;
     }
-    static const std::vector<FltWarningMessage>& messages() { return FltWarningMessageConsole::getMessages(); }
 };
 
 class RecordingObserver : public FltRecordObserver {

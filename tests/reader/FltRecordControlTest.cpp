@@ -6,17 +6,9 @@
 
 #include "RecordTestSupport.h"
 #include "TestSupport.h"
-#include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltRecordControl.h"
 
-namespace {
-class ControlRecordTest : public ::testing::Test {
-protected:
-    void SetUp() override { FltWarningMessageConsole::clearMessages(); }
-    void TearDown() override { FltWarningMessageConsole::clearMessages(); }
-    static const std::vector<FltWarningMessage>& messages() { return FltWarningMessageConsole::getMessages(); }
-};
-}  // namespace
+using ControlRecordTest = ConsoleMessagesTest;
 
 TEST_F(ControlRecordTest, everyPushOrPopKindOfAnotherLengthThan4WarnsOnceUnshownAndKeepsItsLength)
 {

@@ -34,6 +34,25 @@ inline FltVertexSpec vertexAt(double x, double y, double z = 0)
     return s;
 }
 
+// Face flags the colour rules read.
+constexpr int32_t kNoColor = 0x40000000;
+constexpr int32_t kPackedColor = 0x10000000;
+
+// A header of this revision, a colour palette whose entry 5 is (0.4, 0.6, 1.0) and a material
+// 2 of diffuse (0.5, 0.25, 1.0), half that ambient, shininess 64 of 128 and alpha 0.25: what
+// the colour and look tests give their faces.
+inline FltFixture colourPalettes(int32_t revision = 1570)
+{
+    FltFixture db;
+    db.header(revision);
+    std::vector<uint32_t> colors(1024, 0);
+    colors[5] = 0xFFFF9966u;  // alpha, blue, green, red
+    db.colorPalette(colors);
+    const float diffuse[3] = {0.5f, 0.25f, 1.0f};
+    db.material(2, diffuse, 64.0f, 0.25f);
+    return db;
+}
+
 // One conversion of a fixture: the root (released at the end), what went to standard
 // output and error, the console messages it added and the log file's text.
 class Converted {
@@ -56,6 +75,14 @@ public:
     Converted& operator=(const Converted&) = delete;
 
     std::string log() const { return readFile(path + ".log"); }
+    // The messages, one line each: "[level] text".
+    std::string messageLines() const
+    {
+        std::string lines;
+        for (size_t i = 0; i < messages.size(); ++i)
+            lines += "[" + std::to_string(levels[i]) + "] " + messages[i] + "\n";
+        return lines;
+    }
 
     ScratchDir dir;
     std::string path;
@@ -88,6 +115,29 @@ private:
             levels.push_back(all[i].level);
         }
     }
+};
+
+// A database file converted as authored, with nothing on the standard streams.
+struct AuthoredFile {
+    explicit AuthoredFile(const std::string& path)
+    {
+        SoDB::init();
+        root = qetzfltConvert(path.c_str(), QETZFLT_BUILD_AS_AUTHORED | QETZFLT_LOG_NONE | QETZFLT_NO_STANDARD_OUTPUT |
+                                                QETZFLT_NO_ECHO);
+        for (int i = 0; i < qetzfltLastMessageCount(); ++i) {
+            messages.push_back(qetzfltLastMessageText(i));
+            levels.push_back(qetzfltLastMessageLevel(i));
+        }
+    }
+    ~AuthoredFile()
+    {
+        if (root) root->unref();
+    }
+    AuthoredFile(const AuthoredFile&) = delete;
+    AuthoredFile& operator=(const AuthoredFile&) = delete;
+    SoSeparator* root = nullptr;
+    std::vector<std::string> messages;
+    std::vector<int> levels;
 };
 
 // The palettes a parse of these bytes fills, in file order, and its records.

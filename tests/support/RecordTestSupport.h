@@ -9,6 +9,7 @@
 #include <string>
 
 #include "tools/FltFixture.h"
+#include "diagnostics/FltWarningMessageConsole.h"
 #include "reader/FltCreationVisitor.h"
 #include "reader/FltRawData.h"
 #include "reader/FltRecord.h"
@@ -78,3 +79,11 @@ std::unique_ptr<T> decodeDirectly(const FltRecordBytes& bytes)
     record->getPropertiesFromData(exact.get());
     return record;
 }
+
+// Tests that read the message console: it is empty at each one's start and end.
+class ConsoleMessagesTest : public ::testing::Test {
+protected:
+    void SetUp() override { FltWarningMessageConsole::clearMessages(); }
+    void TearDown() override { FltWarningMessageConsole::clearMessages(); }
+    static const std::vector<FltWarningMessage>& messages() { return FltWarningMessageConsole::getMessages(); }
+};

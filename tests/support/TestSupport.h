@@ -1,8 +1,11 @@
-// Small helpers shared by the tests: a scratch directory and stream capture.
+// Small helpers shared by the tests: a scratch directory, stream capture, the shared real
+// databases and golden files.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -11,6 +14,7 @@
 #include <iterator>
 #include <sstream>
 #include <string>
+#include <vector>
 
 inline std::string readFile(const std::string& path)
 {
@@ -22,6 +26,14 @@ inline void writeFile(const std::string& path, const std::string& bytes)
 {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+// How many times part stands in text.
+inline size_t occurrences(const std::string& text, const std::string& part)
+{
+    size_t n = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++n;
+    return n;
 }
 
 // A fresh directory under the system's temporary folder, removed with its content.
@@ -117,4 +129,55 @@ inline std::string sharedDataDir()
     const char* env = std::getenv("QETZFLT_SHARED_DATA");
     std::filesystem::path dir = env ? env : QETZFLT_SOURCE_DIR "/../shared/data";
     return std::filesystem::is_directory(dir) ? dir.string() : std::string();
+}
+
+// A writable copy under dir of the shared folder of real databases, or of one folder in it,
+// so that logs go beside the copies and references and textures resolve as in the original;
+// empty when it is absent.
+inline std::string copyOfSharedData(const ScratchDir& dir, const std::string& relative = "")
+{
+    namespace fs = std::filesystem;
+    const std::string shared = sharedDataDir();
+    const fs::path source = relative.empty() ? fs::path(shared) : fs::path(shared) / relative;
+    if (shared.empty() || !fs::is_directory(source)) return "";
+    const fs::path target = relative.empty() ? dir.path() : dir.path() / relative;
+    fs::create_directories(target);
+    fs::copy(source, target, fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+    for (const auto& entry : fs::recursive_directory_iterator(target))
+        fs::permissions(entry.path(), fs::perms::owner_write, fs::perm_options::add);
+    fs::permissions(target, fs::perms::owner_write, fs::perm_options::add);
+    return target.string();
+}
+
+// The databases below a folder (its .flt files, the extension in any case), by their names
+// relative to it, in order.
+inline std::vector<std::string> databasesBelow(const std::string& folder)
+{
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+        std::string extension = entry.path().extension().string();
+        std::transform(extension.begin(), extension.end(), extension.begin(), ::tolower);
+        if (entry.is_regular_file() && extension == ".flt")
+            names.push_back(std::filesystem::relative(entry.path(), folder).generic_string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// Compares a test's output with its golden copy; with QETZFLT_UPDATE_GOLDEN set, the copy is
+// rewritten instead. A difference is shown where it begins.
+inline void compareWithGolden(const std::string& actual, const std::string& golden)
+{
+    if (std::getenv("QETZFLT_UPDATE_GOLDEN")) {
+        writeFile(golden, actual);
+        GTEST_SKIP() << "rewrote " << golden;
+    }
+    const std::string expected = readFile(golden);
+    ASSERT_FALSE(expected.empty()) << golden << " is missing";
+    if (actual == expected) return;
+    size_t at = 0;
+    while (at < actual.size() && at < expected.size() && actual[at] == expected[at]) ++at;
+    const size_t from = at > 200 ? at - 200 : 0;
+    FAIL() << "differs from " << golden << " at byte " << at << "\nexpected: ..." << expected.substr(from, 300)
+           << "\nactual:   ..." << actual.substr(from, 300);
 }

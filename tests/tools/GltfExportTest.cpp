@@ -9,12 +9,12 @@
 #include <Inventor/nodes/SoSeparator.h>
 #include <Inventor/nodes/SoSwitch.h>
 
-#include <array>
 #include <cmath>
 #include <filesystem>
 #include <functional>
 #include <set>
 
+#include "ConvertSupport.h"
 #include "GltfReadBack.h"
 #include "QetzFlt/QetzFlt.h"
 #include "ToolRunner.h"
@@ -92,13 +92,8 @@ size_t drawnTriangles(SoNode* node)
 
 size_t asAuthoredTriangles(const std::string& database)
 {
-    SoSeparator* root = qetzfltConvert(database.c_str(), QETZFLT_BUILD_AS_AUTHORED | QETZFLT_LOG_NONE |
-                                                             QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_NO_ECHO);
-    if (!root) return 0;
-    root->ref();
-    const size_t triangles = drawnTriangles(root);
-    root->unref();
-    return triangles;
+    const AuthoredFile converted(database);
+    return converted.root ? drawnTriangles(converted.root) : 0;
 }
 
 // Nothing but the files asked for: no temporary file left beside them.
@@ -184,19 +179,14 @@ TEST(GltfExport, aLitTwoSidedFaceIsAShadedDoubleSidedMaterialOfItsColour)
     ScratchDir dir;
     FltFixture db;
     db.header().vertexPalette();
-    std::vector<int32_t> v;
-    for (const auto& corner : {std::array<double, 2>{0, 0}, {1, 0}, {0, 1}}) {
-        FltVertexSpec s;
-        s.x = corner[0], s.y = corner[1];
-        v.push_back(db.vertexColorNormal(s));
-    }
+    const int32_t a = db.vertexColorNormal(vertexAt(0, 0)), b = db.vertexColorNormal(vertexAt(1, 0)),
+                  c = db.vertexColorNormal(vertexAt(0, 1));
     FltFaceSpec face;
     face.drawType = 1;
     face.lightMode = 2;
-    face.flags = 0x10000000;  // packed colour
-    const uint8_t red[4] = {255, 0, 0, 255};
-    std::copy(red, red + 4, face.packed);
-    db.face(face).push().vertexList({v[0], v[1], v[2]}).pop();
+    face.flags = kPackedColor;
+    face.packed[0] = 255, face.packed[3] = 255;  // opaque red
+    db.face(face).push().vertexList({a, b, c}).pop();
     db.save(dir.file("lit.flt"));
     ASSERT_EQ(runTool({"convert", dir.file("lit.flt"), "-o", dir.file("lit.glb")}).status, 0);
     const GltfReadBack glb(dir.file("lit.glb"));
@@ -249,20 +239,19 @@ TEST(RealDatabases, everyDatabaseWritesAGlbThatDrawsTheAsAuthoredTrianglesAndVal
     ScratchDir dir;
     const GltfValidator validator(dir);
     if (!validator.available()) std::cout << "[ NOTE ] " << validator.why() << ": the files are not validated\n";
-    int count = 0;
-    for (const auto& entry : fs::recursive_directory_iterator(data)) {
-        if (entry.path().extension() != ".flt" && entry.path().extension() != ".FLT") continue;
-        const std::string out = dir.file(std::to_string(++count) + ".glb");
-        const int status = qetzfltWriteGltf(entry.path().c_str(), out.c_str(),
-                                            QETZFLT_LOG_NONE | QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_NO_ECHO);
-        ASSERT_EQ(status, 0) << entry.path();
+    const std::vector<std::string> databases = databasesBelow(data);
+    for (size_t n = 0; n < databases.size(); ++n) {
+        const std::string path = data + "/" + databases[n], out = dir.file(std::to_string(n) + ".glb");
+        SCOPED_TRACE(path);
+        const unsigned quiet = QETZFLT_LOG_NONE | QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_NO_ECHO;
+        ASSERT_EQ(qetzfltWriteGltf(path.c_str(), out.c_str(), quiet), 0);
         const GltfReadBack glb(out);
-        ASSERT_TRUE(glb.loaded) << entry.path() << ": " << glb.error;
-        EXPECT_EQ(glb.triangles, asAuthoredTriangles(entry.path().string())) << entry.path();
+        ASSERT_TRUE(glb.loaded) << glb.error;
+        EXPECT_EQ(glb.triangles, asAuthoredTriangles(path));
         if (validator.available()) {
             const GltfValidator::Report report = validator.validate(out);
-            EXPECT_EQ(report.errors, 0) << entry.path() << "\n" << report.text;
+            EXPECT_EQ(report.errors, 0) << report.text;
         }
     }
-    EXPECT_GT(count, 0);
+    EXPECT_FALSE(databases.empty());
 }

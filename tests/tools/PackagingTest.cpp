@@ -13,8 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "QetzFlt/QetzFlt.h"
-#include "TestSupport.h"
+#include "ConvertSupport.h"
 #include "ToolRunner.h"
 
 namespace fs = std::filesystem;
@@ -37,16 +36,12 @@ protected:
         demo_ = writeDemoDatabase(*scratch_);
         // What every reader of the demo should report: the shapes of the as-authored scene,
         // counted as the hosts count them.
-        SoDB::init();
-        SoSeparator* root = qetzfltConvert(
-            demo_.c_str(), QETZFLT_BUILD_AS_AUTHORED | QETZFLT_LOG_NONE | QETZFLT_NO_STANDARD_OUTPUT | QETZFLT_NO_ECHO);
+        const AuthoredFile converted(demo_);
         shapes_ = 0;
-        if (!root) return;
-        root->ref();
+        if (!converted.root) return;
         SoCallbackAction walk;
         walk.addPreCallback(SoShape::getClassTypeId(), countShape, &shapes_);
-        walk.apply(root);
-        root->unref();
+        walk.apply(converted.root);
     }
     static void TearDownTestSuite()
     {

@@ -33,16 +33,6 @@ std::set<std::string> listing(const std::string& dir)
     return names;
 }
 
-size_t lines(const std::string& text, const std::string& start)
-{
-    size_t n = 0;
-    for (size_t at = 0; at < text.size(); at = text.find('\n', at) + 1) {
-        if (text.compare(at, start.size(), start) == 0) ++n;
-        if (text.find('\n', at) == std::string::npos) break;
-    }
-    return n;
-}
-
 }  // namespace
 
 TEST(ToolBatchTest, folderAndFiles_oneLineEachOutputsInTheLayoutAndFailuresCounted)
@@ -55,7 +45,7 @@ TEST(ToolBatchTest, folderAndFiles_oneLineEachOutputsInTheLayoutAndFailuresCount
 
     const RunResult folder = runTool({"convert", dir.file("in"), "-o", dir.file("out"), "--jobs", "2"});
     EXPECT_EQ(folder.status, 0) << folder.out << folder.err;
-    EXPECT_EQ(lines(folder.out, "ok      "), 2u) << folder.out;
+    EXPECT_EQ(linesStartingWith(folder.out, "ok      "), 2u) << folder.out;
     EXPECT_TRUE(contains(folder.out, dir.file("in/sub/b.flt") + " -> " + dir.file("out/in/sub/b.iv") + "  1 face  "))
         << folder.out;
     EXPECT_TRUE(contains(folder.out, "total: 2 databases, 2 written, 0 failed, 2 faces, ")) << folder.out;
@@ -103,7 +93,7 @@ TEST(ToolBatchTest, sharedPublicDatabases_twoWorkersOneLineEachNothingBesideTheI
         const RunResult r = runTool(args);
         // Some of them carry level-3 messages: only --strict fails for them.
         EXPECT_EQ(r.status, strict ? 1 : 0) << r.out << r.err;
-        EXPECT_EQ(lines(r.out, "ok      "), 26u) << r.out;
+        EXPECT_EQ(linesStartingWith(r.out, "ok      "), 26u) << r.out;
         EXPECT_TRUE(contains(r.out, "total: 26 databases, 26 written, 0 failed, ")) << r.out;
     }
     EXPECT_EQ(listing(input), before);

@@ -102,6 +102,17 @@ inline RunResult runToolOnTerminal(const std::vector<std::string>& args,
 
 inline bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
+// The lines of text that begin with start.
+inline size_t linesStartingWith(const std::string& text, const std::string& start)
+{
+    size_t n = 0;
+    for (size_t at = 0; at < text.size(); at = text.find('\n', at) + 1) {
+        if (text.compare(at, start.size(), start) == 0) ++n;
+        if (text.find('\n', at) == std::string::npos) break;
+    }
+    return n;
+}
+
 // A decoded PNG picture, three bytes a pixel, top row first.
 struct PngPicture {
     int width = 0;
@@ -129,6 +140,15 @@ inline bool readPng(const std::string& path, PngPicture& picture)
 inline bool isBackground(const unsigned char* p)
 {
     return std::abs(p[0] - 158) < 4 && std::abs(p[1] - 184) < 4 && std::abs(p[2] - 212) < 4;
+}
+
+// The pixels of a picture that show the model: those not of the background.
+inline int modelPixels(const PngPicture& picture)
+{
+    int model = 0;
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x) model += isBackground(picture.at(x, y)) ? 0 : 1;
+    return model;
 }
 
 // Whether a drawing command failed for want of a screen (no X server, no OpenGL on it)

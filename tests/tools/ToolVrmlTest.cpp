@@ -12,7 +12,6 @@
 #include <Inventor/misc/SoChildList.h>
 #include <Inventor/nodes/SoSeparator.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -83,13 +82,6 @@ public:
 
     SoSeparator* root = nullptr;
 };
-
-size_t occurrences(const std::string& text, const std::string& part)
-{
-    size_t n = 0;
-    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++n;
-    return n;
-}
 
 // The names after DEF in a written file.
 std::set<std::string> defNames(const std::string& wrl)
@@ -182,22 +174,10 @@ TEST(ToolVrmlTest, invalidNamesBecomeDistinctIdentifiersAndAMissingTextureIsLeft
 // textures name PNG files that exist; the as-authored one draws.
 TEST(ToolVrmlSharedDataTest, everyDatabaseReadsBackFromVrml)
 {
-    const std::string data = sharedDataDir();
-    if (data.empty()) GTEST_SKIP() << "../shared/data is absent: the real databases cannot be converted";
     ScratchDir copy;
-    std::vector<std::string> databases;
-    for (const auto& entry : fs::recursive_directory_iterator(data)) {
-        const fs::path relative = fs::relative(entry.path(), data);
-        if (entry.is_directory()) {
-            fs::create_directories(copy.path() / "in" / relative);
-        } else if (entry.is_regular_file()) {
-            fs::copy_file(entry.path(), copy.path() / "in" / relative);
-            std::string extension = relative.extension().string();
-            std::transform(extension.begin(), extension.end(), extension.begin(), ::tolower);
-            if (extension == ".flt") databases.push_back(relative.generic_string());
-        }
-    }
-    std::sort(databases.begin(), databases.end());
+    if (copyOfSharedData(copy).empty())
+        GTEST_SKIP() << "../shared/data is absent: the real databases cannot be converted";
+    const std::vector<std::string> databases = databasesBelow(copy.path().string());
     ASSERT_FALSE(databases.empty());
     // Databases without a face.
     const std::set<std::string> empty{"real/switch/switch.flt"};
@@ -207,7 +187,7 @@ TEST(ToolVrmlSharedDataTest, everyDatabaseReadsBackFromVrml)
         for (const char* classic : {"", "--classic"}) {
             SCOPED_TRACE(name + " " + classic);
             const std::string out = copy.file(std::string("out") + classic + "/" + name + ".wrl");
-            std::vector<std::string> args{"convert", copy.file("in/" + name), "--vrml2", "--no-log", "-o", out};
+            std::vector<std::string> args{"convert", copy.file(name), "--vrml2", "--no-log", "-o", out};
             if (*classic) args.push_back(classic);
             const RunResult r = runTool(args);
             ASSERT_EQ(r.status, 0) << r.err;
@@ -227,10 +207,7 @@ TEST(ToolVrmlSharedDataTest, everyDatabaseReadsBackFromVrml)
                 PngPicture picture;
                 if (display) {
                     ASSERT_TRUE(drawn.status == 0 && readPng(out + ".png", picture)) << drawn.err;
-                    int model = 0;
-                    for (int y = 0; y < picture.height; ++y)
-                        for (int x = 0; x < picture.width; ++x) model += isBackground(picture.at(x, y)) ? 0 : 1;
-                    EXPECT_GT(model, 0) << "nothing drawn";
+                    EXPECT_GT(modelPixels(picture), 0) << "nothing drawn";
                 }
             }
             const std::vector<std::string> urls = back.textureUrls();
