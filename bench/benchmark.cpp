@@ -21,6 +21,7 @@
 #include <Inventor/nodes/SoSeparator.h>
 #include <Inventor/nodes/SoVertexProperty.h>
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -79,8 +80,16 @@ double convertOnce(const std::string& path, bool log, bool asAuthored = false, b
     // A converted root comes back with one reference, a refused one with none.
     if (root->getRefCount() == 0) root->ref();
     root->unref();
-    // And removed after: the kernel writing a gigabyte of log out would otherwise share the
-    // processors with the measurements that follow.
+    // And removed after, once on disk: the kernel writing a gigabyte of log out would
+    // otherwise share the processors and the disk with the measurements that follow (the log
+    // starts its writing as it goes, and writing under way is not called off by a removal).
+    if (log) {
+        const int fd = ::open((path + ".log").c_str(), O_RDONLY | O_CLOEXEC);
+        if (fd >= 0) {
+            ::fsync(fd);
+            ::close(fd);
+        }
+    }
     std::remove((path + ".log").c_str());
     return elapsed;
 }
