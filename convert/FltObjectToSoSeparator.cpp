@@ -184,9 +184,7 @@ void FltObjectToSoSeparator::addPolygonOffset()
 void FltObjectToSoSeparator::visitAllFaces()
 {
     // The object's subtree: from its first record to the pop level that closes the first push.
-    subtreeEnd_ = fltSubtreeEnd(begin_);
-    subtreeEndFound_ = true;
-    FltRecordIterator end = subtreeEnd_;
+    FltRecordIterator end = subtreeEnd();
     fltAdvance(end);
     int subfaceDepth = 0;
     for (FltRecordIterator it = begin_; it != end; ++it) {

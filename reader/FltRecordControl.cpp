@@ -1,7 +1,6 @@
 // Control records: extension and instance fields.
 #include "reader/FltRecordControl.h"
 
-#include <functional>
 #include <new>
 
 #include "reader/FltBytes.h"
@@ -38,12 +37,10 @@ AbstractControlRecord* fltSharedLevelRecord(unsigned int opcode)
     }
 }
 
-bool fltIsSharedLevelRecord(const FltRecord* record)
+FltSharedLevelRecords fltSharedLevelRecords()
 {
-    const void* first = &sharedLevelRecords();
-    const void* end = &sharedLevelRecords() + 1;
-    const std::less<const void*> before;
-    return !before(record, first) && before(record, end);
+    const SharedLevelRecords* records = &sharedLevelRecords();
+    return {records, records + 1};
 }
 
 void AbstractExtensionControlRecord::decode(const FltBytes& in)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "reader/FltRecord.h"
 
@@ -83,8 +84,20 @@ public:
 // which nobody frees and nobody changes.
 // The shared object of opcode 10, 11, 19 or 20; null for any other.
 AbstractControlRecord* fltSharedLevelRecord(unsigned int opcode);
+// Where those shared objects lie: asked once, it tells them from the records a holder must
+// free without a call per record.
+struct FltSharedLevelRecords {
+    const void* first;
+    const void* end;
+    bool holds(const FltRecord* record) const
+    {
+        const std::less<const void*> before;
+        return !before(record, first) && before(record, end);
+    }
+};
+FltSharedLevelRecords fltSharedLevelRecords();
 // Whether a record is one of those shared objects, which its holder must not free.
-bool fltIsSharedLevelRecord(const FltRecord* record);
+inline bool fltIsSharedLevelRecord(const FltRecord* record) { return fltSharedLevelRecords().holds(record); }
 
 // Parent of the instance records, 8 bytes: a spare int16 and the instance number.
 class AbstractInstanceRecord : public ControlFltRecord {

@@ -41,8 +41,9 @@ void FltRecordStore::clear()
     // A continued record stands next to itself: freed once. The shared level records are
     // nobody's.
     const FltRecord* previous = nullptr;
+    const FltSharedLevelRecords shared = fltSharedLevelRecords();
     for (FltRecord* record : records_) {
-        if (record && record != previous && !fltIsSharedLevelRecord(record)) delete record;
+        if (record && record != previous && !shared.holds(record)) delete record;
         previous = record;
     }
     records_.assign(1, nullptr);
