@@ -128,9 +128,10 @@ TEST(AsAuthored, theLookFollowsLightModeColourMaterialTransparencyAndDrawType)
     }
 }
 
-TEST(AsAuthored, facesBecomeMeshesByAppearanceMovedByTheMatricesAfterThem)
+TEST(AsAuthored, facesBecomeMeshesByAppearanceMovedByTheMatricesAfterThemCulledOrTwoSided)
 {
     // Padded push and pop records (one writer pads every record to 8 bytes) pass quietly.
+    // Draw type 0 culls back faces, draw type 1 draws both sides as they are.
     FltFixture db = colourPalettes();
     Geometry g(db);
     const auto push8 = [&] { db.add(FltRecordBytes(10, 8)); };
@@ -138,18 +139,26 @@ TEST(AsAuthored, facesBecomeMeshesByAppearanceMovedByTheMatricesAfterThem)
     push8();
     db.object("o", 0);
     push8();
-    FltFaceSpec flat, gouraud;
+    FltFaceSpec flat, gouraud, twoSided;
     flat.primaryColorIndex = 5 * 128 + 127;
     gouraud.lightMode = 1;
+    twoSided.drawType = 1;
     g.triangle(flat);
     db.face(flat).translationMatrix(10, 0, 0).push().vertexList({g.v[0], g.v[2], g.v[3]}).pop();
     g.triangle(gouraud);
+    g.triangle(twoSided);
     pop8();
     pop8();
     HeldConversion held(db, asAuthored());
+    std::vector<std::pair<int, int>> hints;
+    for (SoShapeHints* h : findAll<SoShapeHints>(held.root))
+        hints.emplace_back(h->vertexOrdering.getValue(), h->shapeType.getValue());
+    const std::pair<int, int> culled{SoShapeHints::COUNTERCLOCKWISE, SoShapeHints::SOLID};
+    EXPECT_EQ(hints, (std::vector<std::pair<int, int>>{
+                         culled, culled, {SoShapeHints::UNKNOWN_ORDERING, SoShapeHints::UNKNOWN_SHAPE_TYPE}}));
     const auto scene = sceneOf(held);
     EXPECT_TRUE(messagesOfTheRun().empty());
-    ASSERT_EQ(scene->meshes.size(), 2u);  // flat faces together, the Gouraud one apart
+    ASSERT_EQ(scene->meshes.size(), 3u);  // flat faces together, the Gouraud and two-sided ones apart
     const FltSceneMesh& faces = scene->meshes[0];
     EXPECT_EQ(faces.polygonSizes, (std::vector<uint32_t>{3, 3}));
     EXPECT_EQ(faces.colors.size(), 8u);  // a colour per polygon
@@ -160,24 +169,6 @@ TEST(AsAuthored, facesBecomeMeshesByAppearanceMovedByTheMatricesAfterThem)
     ASSERT_EQ(vertexColoured.colors.size(), 12u);  // a colour per vertex: the vertices' red
     EXPECT_FLOAT_EQ(vertexColoured.colors[0], 1.0f);
     EXPECT_FLOAT_EQ(vertexColoured.colors[1], 0.0f);
-}
-
-TEST(AsAuthored, drawType0CullsBackFacesAndDrawType1DrawsBothSidesAsTheyAre)
-{
-    FltFixture db = colourPalettes();
-    Geometry g(db);
-    FltFaceSpec culled, twoSided;
-    twoSided.drawType = 1;
-    db.push();
-    g.triangle(culled);
-    g.triangle(twoSided);
-    HeldConversion held(db.pop(), asAuthored());
-    std::vector<std::pair<int, int>> hints;
-    for (SoShapeHints* h : findAll<SoShapeHints>(held.root))
-        hints.emplace_back(h->vertexOrdering.getValue(), h->shapeType.getValue());
-    EXPECT_EQ(hints, (std::vector<std::pair<int, int>>{
-                         {SoShapeHints::COUNTERCLOCKWISE, SoShapeHints::SOLID},
-                         {SoShapeHints::UNKNOWN_ORDERING, SoShapeHints::UNKNOWN_SHAPE_TYPE}}));
 }
 
 TEST(AsAuthored, meshPrimitivesBecomePolygons)
