@@ -51,7 +51,7 @@ struct Geometry {
 // The scene of a held conversion, which then ends, so that its messages can be read.
 std::shared_ptr<FltScene> sceneOf(HeldConversion& held)
 {
-    std::shared_ptr<FltScene> scene = held.builderAs<FltAuthoredBuilder>().walk();
+    std::shared_ptr<FltScene> scene = held.builder<FltAuthoredBuilder>().walk();
     held.end();
     return scene;
 }

@@ -33,6 +33,17 @@ struct Folder {
         for (const std::string& reference : refs) db.externalReference(reference);
         return write(relative, db.pop());
     }
+    // Files <stem>0.flt to <stem>(n-1).flt holding groups g0, g1, ..., each referencing the
+    // next under every spelling given (the name, prefixed).
+    void chain(const std::string& stem, int n, const std::vector<std::string>& spellings)
+    {
+        for (int i = 0; i < n; ++i) {
+            std::vector<std::string> next;
+            for (const std::string& prefix : spellings)
+                if (i + 1 < n) next.push_back(prefix + stem + std::to_string(i + 1) + ".flt");
+            write(stem + std::to_string(i) + ".flt", "g" + std::to_string(i), next);
+        }
+    }
     ScratchDir dir;
 };
 
@@ -170,12 +181,7 @@ TEST(ExternalReference, chainsDeeperThanTheLimitStopWithMessage)
     // f0 -> f1 -> ... -> f39: the first 32 nested levels are converted, f33 is not. f0 is
     // converted by a name without directory, so that every name resolves alone.
     Folder f;
-    constexpr int kFiles = 40;
-    for (int i = 0; i < kFiles; ++i) {
-        std::vector<std::string> next;
-        if (i + 1 < kFiles) next.push_back("f" + std::to_string(i + 1) + ".flt");
-        f.write("f" + std::to_string(i) + ".flt", "g" + std::to_string(i), next);
-    }
+    f.chain("f", 40, {""});
     const fs::path saved = fs::current_path();
     fs::current_path(f.dir.path());
     Converted c(Converted::File{"f0.flt"});
@@ -195,11 +201,7 @@ TEST(ExternalReference, filesReferencedUnderSeveralNamesAreConvertedABoundedNumb
     // file without a bound. 14 files allow 64 * 14 + 1024 nested conversions.
     Folder f;
     constexpr int kLevels = 14;
-    for (int i = 0; i < kLevels; ++i) {
-        std::vector<std::string> next;
-        if (i + 1 < kLevels) next = {"L" + std::to_string(i + 1) + ".flt", "x/../L" + std::to_string(i + 1) + ".flt"};
-        f.write("L" + std::to_string(i) + ".flt", "g" + std::to_string(i), next);
-    }
+    f.chain("L", kLevels, {"", "x/../"});
     fs::create_directories(f.dir.path() / "x");
     Converted c(Converted::File{f.dir.file("L0.flt")});
     const size_t limit = FltReferenceChain::kConversionsPerFile * kLevels + FltReferenceChain::kConversionsMargin;

@@ -199,9 +199,8 @@ public:
     HeldConversion(const HeldConversion&) = delete;
     HeldConversion& operator=(const HeldConversion&) = delete;
 
-    FltToInventor& builder() { return static_cast<FltToInventor&>(*conversion->getBuilder()); }
-    template <class Builder>
-    Builder& builderAs()
+    template <class Builder = FltToInventor>
+    Builder& builder()
     {
         return static_cast<Builder&>(*conversion->getBuilder());
     }
