@@ -159,12 +159,15 @@ TEST(ClassicColors, vertexColoursFollowFlagsPackedColoursAndIndices)
     }
 }
 
-TEST(ClassicColors, theWalkGivesTheRulesTheObjectsTransparencyAndLogsABadIndex)
+TEST(ClassicColors, theWalkGivesTheRulesTheObjectsTransparencyAndReportsBadIndices)
 {
     // Faces under an object of transparency 0 and loose faces (transparency 1), one with a
-    // bad colour index: its entry is left to the defaults, and the log says so.
+    // bad colour index: its entry is left to the defaults, and the log says so. A face names
+    // its material in 16 bits: a material record above 32767 is ignored without a word, one
+    // below 0 with a message.
+    const float white[3] = {1, 1, 1};
     FltFixture db = colourPalettes();
-    db.vertexPalette();
+    db.material(-1, white).material(40000, white).material(32767, white).vertexPalette();
     const int32_t a = db.vertexColor(0, 0, 0), b = db.vertexColor(1, 0, 0), c = db.vertexColor(0, 1, 0);
     FltFaceSpec weighed, bad;
     weighed.primaryColorIndex = 5 * 128 + 127;
@@ -179,15 +182,7 @@ TEST(ClassicColors, theWalkGivesTheRulesTheObjectsTransparencyAndLogsABadIndex)
     ASSERT_EQ(materials[1]->transparency.getNum(), 1);  // the bad face's entry is never written
     EXPECT_NEAR(materials[1]->transparency[0], 0, 1e-5);
     EXPECT_NE(converted.log().find("\nbad color index\n"), std::string::npos);
-}
-
-TEST(ClassicColors, materialsOnlyFacesCanReachAreKeptAndOnlyNegativeIndicesReported)
-{
-    // A face names its material in 16 bits: a record above 32767 is ignored without a word.
-    const float diffuse[3] = {1, 1, 1};
-    FltFixture db;
-    db.header().material(-1, diffuse).material(40000, diffuse).material(32767, diffuse);
-    Converted c(db.push().pop());
-    EXPECT_EQ(c.messages, (Names{"WARNING ! Material palette index -1 is outside 0..32767: the material is ignored"}));
-    EXPECT_EQ(c.levels, (std::vector<int>{3}));
+    EXPECT_EQ(converted.messages,
+              (Names{"WARNING ! Material palette index -1 is outside 0..32767: the material is ignored"}));
+    EXPECT_EQ(converted.levels, (std::vector<int>{3}));
 }

@@ -1,6 +1,6 @@
 // External references: nested conversions shared per file within one converter, their
 // label, how names are resolved and texture names prefixed, missing files, cycles and deep
-// chains; and the real databases made of references.
+// chains (the real databases made of references: RealDatabasesTest's digests).
 #include <gtest/gtest.h>
 
 #include <Inventor/nodes/SoLabel.h>
@@ -10,7 +10,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <set>
 
 #include "ConvertSupport.h"
 #include "convert/FltReferenceChain.h"
@@ -33,6 +32,17 @@ struct Folder {
         db.group(group).push().pop();
         for (const std::string& reference : refs) db.externalReference(reference);
         return write(relative, db.pop());
+    }
+    // Files <stem>0.flt to <stem>(n-1).flt holding groups g0, g1, ..., each referencing the
+    // next under every spelling given (the name, prefixed).
+    void chain(const std::string& stem, int n, const std::vector<std::string>& spellings)
+    {
+        for (int i = 0; i < n; ++i) {
+            std::vector<std::string> next;
+            for (const std::string& prefix : spellings)
+                if (i + 1 < n) next.push_back(prefix + stem + std::to_string(i + 1) + ".flt");
+            write(stem + std::to_string(i) + ".flt", "g" + std::to_string(i), next);
+        }
     }
     ScratchDir dir;
 };
@@ -125,23 +135,27 @@ TEST(ExternalReference, emptyMissingOrForeignFilesLeaveTheLabelWithTheirMessages
 {
     Folder f;
     writeFile(f.dir.file("text.flt"), "this is not OpenFlight");
+    ASSERT_EQ(mkfifo(f.dir.file("pipe.flt").c_str(), 0600), 0);
     FltFixture top;
     top.header().push();
     top.externalReference("").group("next").push().pop();
     top.externalReference("./gone/missing.flt").group("passed_over").push().pop();
     top.group("after").push().pop();
     top.externalReference("text.flt").externalReference("text.flt");
+    top.externalReference("pipe.flt").group("piped").push().pop();
     Converted c(Converted::File{f.write("top.flt", top.pop())});
     // A missing file does not step the walk back: the record after the reference is passed
     // over (kept on purpose); an empty name does, so "next" is converted. A file that is not
-    // a database leaves an empty root, shared by both references to it.
+    // a database leaves an empty root, shared by both references to it. A named pipe is not
+    // waited for: refused as a file that cannot be read, and the walk goes on.
     EXPECT_EQ(hierarchy(c), "Separator[Label] Separator:next Separator[Label] Separator:after "
-                            "Separator[Label Separator] Separator[Label Separator]");
+                            "Separator[Label Separator] Separator[Label Separator] Separator[Label Separator] "
+                            "Separator:piped");
     EXPECT_EQ(labelOf(hierarchyChild(c, 0)), kLabelPrefix);
     EXPECT_EQ(nestedRoot(hierarchyChild(c, 5)), nestedRoot(hierarchyChild(c, 4)));
     const std::string missing = "ERROR! CAN'T RESOLVE EXTERNAL REFERENCE: ./gone/missing.flt";
-    EXPECT_EQ(c.messages, (Names{missing, "ERROR! Not an Openflight Input !"}));
-    EXPECT_EQ(c.levels, (std::vector<int>{3, 3}));
+    EXPECT_EQ(c.messages, (Names{missing, "ERROR! Not an Openflight Input !", "ERROR ! FltParser has no INPUT !"}));
+    EXPECT_EQ(c.levels, (std::vector<int>{3, 3, 3}));
 }
 
 TEST(ExternalReference, externalReferenceCycle_stopsWithMessage)
@@ -167,12 +181,7 @@ TEST(ExternalReference, chainsDeeperThanTheLimitStopWithMessage)
     // f0 -> f1 -> ... -> f39: the first 32 nested levels are converted, f33 is not. f0 is
     // converted by a name without directory, so that every name resolves alone.
     Folder f;
-    constexpr int kFiles = 40;
-    for (int i = 0; i < kFiles; ++i) {
-        std::vector<std::string> next;
-        if (i + 1 < kFiles) next.push_back("f" + std::to_string(i + 1) + ".flt");
-        f.write("f" + std::to_string(i) + ".flt", "g" + std::to_string(i), next);
-    }
+    f.chain("f", 40, {""});
     const fs::path saved = fs::current_path();
     fs::current_path(f.dir.path());
     Converted c(Converted::File{"f0.flt"});
@@ -192,11 +201,7 @@ TEST(ExternalReference, filesReferencedUnderSeveralNamesAreConvertedABoundedNumb
     // file without a bound. 14 files allow 64 * 14 + 1024 nested conversions.
     Folder f;
     constexpr int kLevels = 14;
-    for (int i = 0; i < kLevels; ++i) {
-        std::vector<std::string> next;
-        if (i + 1 < kLevels) next = {"L" + std::to_string(i + 1) + ".flt", "x/../L" + std::to_string(i + 1) + ".flt"};
-        f.write("L" + std::to_string(i) + ".flt", "g" + std::to_string(i), next);
-    }
+    f.chain("L", kLevels, {"", "x/../"});
     fs::create_directories(f.dir.path() / "x");
     Converted c(Converted::File{f.dir.file("L0.flt")});
     const size_t limit = FltReferenceChain::kConversionsPerFile * kLevels + FltReferenceChain::kConversionsMargin;
@@ -249,79 +254,4 @@ TEST(ExternalReference, aFileSharedOrRefusedIsOpenedForTheLogButReadOnce)
         EXPECT_NE(log.find("Success in opening file: " + topPath + "\n"), std::string::npos) << builder;
         EXPECT_EQ(log.find("HEADER RECORD"), std::string::npos) << builder;
     }
-}
-
-TEST(ExternalReference, aNamedPipeIsNotWaitedFor)
-{
-    Folder f;
-    ASSERT_EQ(mkfifo(f.dir.file("pipe.flt").c_str(), 0600), 0);
-    FltFixture top;
-    top.header().push().externalReference("pipe.flt").group("after").push().pop();
-    Converted c(Converted::File{f.write("top.flt", top.pop())});
-    // Refused as a file that cannot be read, and the walk goes on.
-    EXPECT_EQ(hierarchy(c), "Separator[Label Separator] Separator:after");
-    EXPECT_EQ(c.messages, (Names{"ERROR ! FltParser has no INPUT !"}));
-}
-
-// ---- The real databases made of references ----
-
-namespace {
-
-// Every label of a reference below root, in traversal order.
-Names referenceLabels(SoNode* root)
-{
-    Names labels;
-    for (SoLabel* label : findAll<SoLabel>(root)) {
-        const std::string text = label->label.getValue().getString();
-        if (text.rfind(kLabelPrefix, 0) == 0) labels.push_back(text.substr(kLabelPrefix.size()));
-    }
-    return labels;
-}
-
-void expectNoErrors(const Converted& c)
-{
-    for (const std::string& message : c.messages) EXPECT_EQ(message.rfind("ERROR", 0), std::string::npos) << message;
-}
-
-}  // namespace
-
-TEST(RealReferences, chainAcrossFoldersConvertsEveryFileOnceAndReadsBackAsInventorText)
-{
-    ScratchDir dir;
-    const std::string folder = copyOfSharedData(dir, "real/nested_references");
-    if (folder.empty()) GTEST_SKIP() << "../shared/data/real/nested_references is absent";
-    Converted c(Converted::File{folder + "/master/master.flt"});
-    ASSERT_NE(c.root, nullptr);
-    EXPECT_EQ(referenceLabels(c.root), (Names{"../shared/a.flt", "./b.flt"}));
-    // Three converted roots: master's and one per referenced file.
-    int roots = 0;
-    for (SoSeparator* separator : findAll<SoSeparator>(c.root)) roots += separator->getName() == SbName("root");
-    EXPECT_EQ(roots, 3);
-    expectNoErrors(c);
-
-    // Written as Inventor text and read back, the scene keeps its shape and labels.
-    SoSeparator* read = readBack(c.root);
-    ASSERT_NE(read, nullptr);
-    EXPECT_EQ(tree(read->getNumChildren() == 1 ? read->getChild(0) : read), tree(c.root));
-    EXPECT_EQ(referenceLabels(read), (Names{"../shared/a.flt", "./b.flt"}));
-    read->unref();
-}
-
-TEST(RealReferences, texturesOfEveryLevelNamedFromTheTopFile)
-{
-    ScratchDir dir;
-    const std::string folder = copyOfSharedData(dir, "real/nested_references2");
-    if (folder.empty()) GTEST_SKIP() << "../shared/data/real/nested_references2 is absent";
-    const std::string top = folder + "/db/1/12/123/1234/1234.flt";
-    Converted c(Converted::File{top});
-    ASSERT_NE(c.root, nullptr);
-    EXPECT_EQ(referenceLabels(c.root), (Names{"../123.flt", "../12.flt", "../1.flt"}));
-    expectNoErrors(c);
-    std::set<std::string> names;
-    for (SoTexture2* texture : findAll<SoTexture2>(c.root)) names.insert(texture->filename.getValue().getString());
-    const std::set<std::string> expected{"../t_com/t_dig4.rgb", "../../t_com/t_dig3.rgb", "../../../t_com/t_dig2.rgb",
-                                         "../../../../t_com/t_dig1.rgb"};
-    EXPECT_EQ(names, expected);
-    // Read from the top file's folder, each name reaches its image.
-    for (const std::string& name : expected) EXPECT_TRUE(fs::exists(fs::path(top).parent_path() / name)) << name;
 }

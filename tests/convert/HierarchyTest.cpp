@@ -12,11 +12,13 @@
 
 namespace {
 
-// How many nodes of this name are alive.
-int alive(const char* name)
+// How many nodes of each name are alive.
+std::vector<int> alive(std::initializer_list<const char*> names)
 {
+    std::vector<int> counts;
     SoNodeList nodes;
-    return SoNode::getByName(name, nodes);
+    for (const char* name : names) counts.push_back(SoNode::getByName(name, nodes));
+    return counts;
 }
 
 // The texts of a group's leading info nodes.
@@ -160,18 +162,12 @@ TEST(Hierarchy, nodesOutsideTheGraphAreFreedDuringTheWalkOnceNoRecordCanReachThe
     HeldConversion h(db);
     // The walk is over and the builder still alive: only what a later record could still
     // have reached is left.
-    EXPECT_EQ(alive("lsGroup"), 0);
-    EXPECT_EQ(alive("lsChild"), 0);
-    EXPECT_EQ(alive("InstanceDefinition_31999"), 1);  // the current definition
-    EXPECT_EQ(alive("lsDef"), 1);
-    EXPECT_EQ(alive("lsLod"), 0);
-    EXPECT_EQ(alive("lsInLod"), 0);
-    EXPECT_EQ(alive("lsLast"), 1);
-    EXPECT_EQ(alive("lsOn"), 1);
+    // The current definition, and the groups left open, stay.
+    const auto names = {"lsGroup", "lsChild", "lsLod", "lsInLod", "InstanceDefinition_31999", "lsDef", "lsLast", "lsOn"};
+    EXPECT_EQ(alive(names), (std::vector<int>{0, 0, 0, 0, 1, 1, 1, 1}));
     EXPECT_EQ(h.root->getNumChildren(), 3);  // shape hints and bindings only
     h.end();
-    EXPECT_EQ(alive("lsLast"), 0);
-    EXPECT_EQ(alive("InstanceDefinition_31999"), 0);
+    EXPECT_EQ(alive(names), (std::vector<int>(8, 0)));
     // The header's own reference, then the caller's.
     EXPECT_EQ(h.root->getRefCount(), 2);
 }

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <sstream>
 #include <thread>
 
@@ -88,46 +89,44 @@ TEST(HostileHost, logAndStatisticsFilesAreNeverWrittenThroughLinksPipesOrOtherNa
 {
     FltFixture db;
     db.header().push().group("g1").push().pop().pop();
+    using Make = std::function<void(const std::string& file, const std::string& db, const std::string& victim)>;
     const struct {
         const char* what;
         const char* kind;  // in the message
-    } cases[] = {{"link to a file of the user", "a symbolic link"},
-                 {"link to the database itself", "a symbolic link"},
-                 {"dangling link", "a symbolic link"},
-                 {"named pipe", "a named pipe"},
-                 {"folder", "a folder"},
-                 {"hard link to a file of the user", "a file with other names"}};
+        Make make;
+    } cases[] = {
+        {"link to a file of the user", "a symbolic link", [](auto& f, auto&, auto& v) { fs::create_symlink(v, f); }},
+        {"link to the database itself", "a symbolic link", [](auto& f, auto& d, auto&) { fs::create_symlink(d, f); }},
+        {"dangling link", "a symbolic link", [](auto& f, auto& d, auto&) { fs::create_symlink(d + ".nowhere", f); }},
+        {"named pipe", "a named pipe", [](auto& f, auto&, auto&) { ASSERT_EQ(mkfifo(f.c_str(), 0600), 0); }},
+        {"folder", "a folder", [](auto& f, auto&, auto&) { fs::create_directory(f); }},
+        {"hard link to a file of the user", "a file with other names",
+         [](auto& f, auto&, auto& v) { fs::create_hard_link(v, f); }},
+    };
     for (const char* suffix : {".log", ".stat"}) {
         for (const auto& k : cases) {
             ScratchDir dir;
             const std::string path = dir.file("db.flt"), file = path + suffix, victim = dir.file("victim");
             db.save(path);
             writeFile(victim, "the user's own");
-            const std::string what = std::string(k.what) + " as " + suffix;
-            if (std::string(k.what) == "link to a file of the user") fs::create_symlink(victim, file);
-            if (std::string(k.what) == "link to the database itself") fs::create_symlink(path, file);
-            if (std::string(k.what) == "dangling link") fs::create_symlink(dir.file("nowhere"), file);
-            if (std::string(k.what) == "named pipe") {
-                ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
-            }
-            if (std::string(k.what) == "folder") fs::create_directory(file);
-            if (std::string(k.what) == "hard link to a file of the user") fs::create_hard_link(victim, file);
+            SCOPED_TRACE(std::string(k.what) + " as " + suffix);
+            k.make(file, path, victim);
             CaptureStream out(std::cout), err(std::cerr);
             if (std::string(suffix) == ".log") {  // converted, the log refused
                 SoSeparator* root = qetzfltConvert(path.c_str(), QETZFLT_NO_ECHO);
-                ASSERT_NE(root, nullptr) << what;
-                EXPECT_EQ(root->getRefCount(), 1) << what;  // the conversion goes on
+                ASSERT_NE(root, nullptr);
+                EXPECT_EQ(root->getRefCount(), 1);  // the conversion goes on
                 root->unref();
             } else {  // read, the statistics refused
-                EXPECT_EQ(qetzfltWriteStatistics(path.c_str()), 2) << what;
+                EXPECT_EQ(qetzfltWriteStatistics(path.c_str()), 2);
             }
-            ASSERT_GE(qetzfltLastMessageCount(), 1) << what;
+            ASSERT_GE(qetzfltLastMessageCount(), 1);
             const std::string message = qetzfltLastMessageText(qetzfltLastMessageCount() - 1);
-            EXPECT_NE(message.find(file + " is " + k.kind), std::string::npos) << what << ": " << message;
-            EXPECT_EQ(qetzfltLastMessageLevel(qetzfltLastMessageCount() - 1), 2) << what;
-            EXPECT_EQ(readFile(victim), "the user's own") << what;
-            EXPECT_EQ(readFile(path), db.bytes()) << what;
-            EXPECT_FALSE(fs::exists(dir.file("nowhere"))) << what;
+            EXPECT_NE(message.find(file + " is " + k.kind), std::string::npos) << message;
+            EXPECT_EQ(qetzfltLastMessageLevel(qetzfltLastMessageCount() - 1), 2);
+            EXPECT_EQ(readFile(victim), "the user's own");
+            EXPECT_EQ(readFile(path), db.bytes());
+            EXPECT_FALSE(fs::exists(path + ".nowhere"));
         }
     }
 }

@@ -92,10 +92,7 @@ TEST_F(PngImageTest, writesThroughATemporaryNameAndSaysWhyWhenItCannot)
     for (const auto& entry : std::filesystem::directory_iterator(dir.path())) entries += entry.is_regular_file();
     EXPECT_EQ(entries, 2);
 
-    why.clear();
-    EXPECT_FALSE(fltEncodePng(dir.file("missing.rgb"), png, w, h, why));
-    EXPECT_EQ(why, "No such file or directory");
-    EXPECT_TRUE(png.empty());
+    // (A missing image: the entry point's test, whose message carries the reason.)
     const std::string notAnImage = dir.write("text.rgb", "image");
     EXPECT_FALSE(fltWritePng(notAnImage, dir.file("text.png"), why));
     EXPECT_FALSE(why.empty());
@@ -111,7 +108,6 @@ TEST_F(PngImageTest, entryPointAnswersZeroOneOrTwoWithAMessage)
     const std::string image = dir.write("roof.rgba", sgiImage(2, 2, 4, sample));
     EXPECT_EQ(qetzfltWriteImageAsPng(image.c_str(), dir.file("roof.png").c_str()), 0);
     EXPECT_EQ(qetzfltLastMessageCount(), 0);
-    std::vector<unsigned char> png;
     const std::string written = readFile(dir.file("roof.png"));
     Decoded decoded;
     ASSERT_TRUE(decode(std::vector<unsigned char>(written.begin(), written.end()), decoded));

@@ -1,5 +1,5 @@
-// Matrix records as matrix transforms ahead of the children, and replicate records with
-// their "Replications" separator of shared copies.
+// Matrix records as matrix transforms ahead of the children (of groups and degree-of-freedom
+// records alike), and replicate records with their "Replications" separator of shared copies.
 #include <gtest/gtest.h>
 
 #include <Inventor/nodes/SoMatrixTransform.h>
@@ -27,7 +27,7 @@ std::vector<std::string> shapeOf(SoNode* group, SoNode* node = nullptr)
 
 // ---- Matrices ----
 
-TEST(Matrix, becomesTheGroupsFirstChildInFileOrderWithoutTransposition)
+TEST(Matrix, becomesTheGroupsOrDegreeOfFreedomsFirstChildInFileOrderWithoutTransposition)
 {
     // The modelling transforms that come with the composed matrix change nothing.
     const float m[16] = {1, 2, 3, 0, 5, 6, 7, 0, 9, 10, 11, 0, 13, 14, 15, 1};
@@ -36,8 +36,13 @@ TEST(Matrix, becomesTheGroupsFirstChildInFileOrderWithoutTransposition)
     // Translate, non-uniform scale, rotate about point, rotate about edge, general matrix.
     for (auto [opcode, length] : {std::pair{78, 56}, {79, 48}, {80, 48}, {76, 64}, {94, 68}})
         db.add(FltRecordBytes(static_cast<uint16_t>(opcode), static_cast<size_t>(length)));
-    Converted c(db.push().group("child").push().pop().pop().pop());
-    EXPECT_EQ(hierarchy(c), "Separator:g[MatrixTransform Separator:child]");
+    db.push().group("child").push().pop().pop();
+    // A degree-of-freedom record is a separator with its matrix ahead of the children (the
+    // golden scene pins the matrix's values).
+    db.dof("arm").translationMatrix(1, 2, 3).push().group("hand").push().pop().pop();
+    Converted c(db.dof("bare").push().pop().pop());
+    EXPECT_EQ(hierarchy(c), "Separator:g[MatrixTransform Separator:child] Separator:arm[MatrixTransform "
+                            "Separator:hand] Separator:bare");
     const SbMatrix& value = childAs<SoMatrixTransform>(hierarchyChild(c, 0), 0)->matrix.getValue();
     for (int row = 0; row < 4; ++row)
         for (int col = 0; col < 4; ++col) EXPECT_EQ(value[row][col], m[4 * row + col]) << row << "," << col;

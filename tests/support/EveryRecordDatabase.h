@@ -25,39 +25,22 @@ inline FltRecordBytes patterned(uint16_t opcode, size_t length)
 inline std::string build()
 {
     FltFixture db;
-    FltRecordBytes header = patterned(1, 324);
-    header.i32(12, 1570).u32(64, 0x80000000u).i16(60, 0).u8(62, 0);
-    db.add(header);
+    db.add(patterned(1, 324).i32(12, 1570).u32(64, 0x80000000u).i16(60, 0).u8(62, 0));
 
-    FltRecordBytes colors = patterned(32, 4232 + 20);
-    colors.i32(4228, 1).u16(4232, 20).i16(4236, 3).chars(4240, "sky blue", 12);
-    db.add(colors);
-    FltRecordBytes texture = patterned(64, 216);
-    texture.chars(4, "tex/pattern.rgb", 200).i32(204, 1);
-    db.add(texture);
+    db.add(patterned(32, 4232 + 20).i32(4228, 1).u16(4232, 20).i16(4236, 3).chars(4240, "sky blue", 12));
+    db.add(patterned(64, 216).chars(4, "tex/pattern.rgb", 200).i32(204, 1));
     db.add(patterned(66, 4 + 64 * 184));
-    FltRecordBytes material = patterned(113, 84);
-    material.i32(4, 1);
-    db.add(material);
-    FltRecordBytes names = patterned(114, 10 + 2 * 14);
-    names.i32(4, 2).u16(8, 3);
-    names.i32(10, 14).u16(14, 1).chars(16, "first!", 8);
-    names.i32(24, 14).u16(28, 2).chars(30, "second", 8);
-    db.add(names);
-    FltRecordBytes lineStyle = patterned(97, 12);
-    lineStyle.i16(4, 1);
-    db.add(lineStyle);
+    db.add(patterned(113, 84).i32(4, 1));
+    db.add(patterned(114, 10 + 2 * 14)
+               .i32(4, 2).u16(8, 3)
+               .i32(10, 14).u16(14, 1).chars(16, "first!", 8)
+               .i32(24, 14).u16(28, 2).chars(30, "second", 8));
+    db.add(patterned(97, 12).i16(4, 1));
     db.add(patterned(102, 240));
     db.add(patterned(83, 4008));
-    FltRecordBytes sound = patterned(93, 56);
-    sound.i32(4, 1).i32(12, 2);
-    db.add(sound);
-    FltRecordBytes soundData = patterned(93, 24);
-    soundData.i32(4, 2).i32(8, 8);
-    db.add(soundData);
-    FltRecordBytes mapping = patterned(112, 168 + 200);
-    mapping.i32(32, 1).i32(36, 1);
-    db.add(mapping);
+    db.add(patterned(93, 56).i32(4, 1).i32(12, 2));
+    db.add(patterned(93, 24).i32(4, 2).i32(8, 8));
+    db.add(patterned(112, 168 + 200).i32(32, 1).i32(36, 1));
 
     db.vertexPalette();
     FltVertexSpec v;
@@ -73,26 +56,17 @@ inline std::string build()
     }
 
     db.push();
-    FltRecordBytes group = patterned(2, 44);
-    group.chars(4, "group1", 8);
-    db.add(group);
-    FltRecordBytes comment = patterned(31, 4 + 12);
-    comment.chars(4, "one\ntwo\r\nend", 12);
-    db.add(comment);
+    db.add(patterned(2, 44).chars(4, "group1", 8));
+    db.add(patterned(31, 4 + 12).chars(4, "one\ntwo\r\nend", 12));
     db.longId("the_first_group");
-    for (uint16_t opcode : {74, 51, 105, 106, 108, 109, 100, 50, 76, 78, 79, 80, 82, 94}) {
-        static const std::vector<std::pair<uint16_t, size_t>> lengths = {
-            {74, 56}, {51, 28},  {105, 16}, {106, 24}, {108, 32}, {109, 32}, {100, 40},
-            {50, 16}, {76, 60},  {78, 56},  {79, 44},  {80, 48},  {82, 156}, {94, 68}};
-        for (const auto& [op, length] : lengths)
-            if (op == opcode) db.add(patterned(opcode, length));
-    }
+    for (const auto& [opcode, length] : std::vector<std::pair<uint16_t, size_t>>{
+             {74, 56}, {51, 28}, {105, 16}, {106, 24}, {108, 32}, {109, 32}, {100, 40},
+             {50, 16}, {76, 60}, {78, 56}, {79, 44}, {80, 48}, {82, 156}, {94, 68}})
+        db.add(patterned(opcode, length));
     db.translationMatrix(1, 2, 3);
     db.push();
 
-    FltRecordBytes object = patterned(4, 28);
-    object.chars(4, "object1", 8).u16(18, 0);
-    db.add(object);
+    db.add(patterned(4, 28).chars(4, "object1", 8).u16(18, 0));
     db.push();
     FltFaceSpec face;
     face.primaryColorIndex = 127;
@@ -111,12 +85,8 @@ inline std::string build()
 
     db.add(patterned(3, 40));
     db.push().add(patterned(7, 24)).pop();
-    FltRecordBytes lod = patterned(73, 80);
-    lod.chars(4, "lod1", 8).f64(16, 500).f64(24, 0).f64(40, 0).f64(48, 0).f64(56, 0);
-    db.add(lod).push();
-    FltRecordBytes oldObject(4, 28);
-    oldObject.chars(4, "oldverts", 8);
-    db.add(oldObject).push();
+    db.add(patterned(73, 80).chars(4, "lod1", 8).f64(16, 500).f64(24, 0).f64(40, 0).f64(48, 0).f64(56, 0)).push();
+    db.add(FltRecordBytes(4, 28).chars(4, "oldverts", 8)).push();
     db.face().push().add(patterned(9, 40)).add(patterned(9, 40)).add(patterned(9, 40)).pop();
     db.face().push().add(patterned(8, 28)).add(patterned(8, 28)).add(patterned(8, 28)).pop();
     db.pop();
@@ -124,18 +94,12 @@ inline std::string build()
 
     db.switchNode("switch1", 0, 1, {0x00000005u, 0xFFFFFFFFu});
     db.push().group("on0").push().pop().group("off1").push().pop().group("on2").push().pop().pop();
-    FltRecordBytes dof = patterned(14, 384);
-    dof.chars(4, "dof1", 8);
-    db.add(dof).translationMatrix(0, 0, 5).push().pop();
+    db.add(patterned(14, 384).chars(4, "dof1", 8)).translationMatrix(0, 0, 5).push().pop();
     db.instanceDefinition(7).group("shared").push().pop();
     db.instanceReference(7);
     db.group("copies").replicate(2).translationMatrix(1, 0, 0).translationMatrix(2, 0, 0).push().pop();
-    FltRecordBytes clip = patterned(98, 280);
-    clip.chars(4, "clip1", 8).u8(18, 1).u8(19, 0).u8(20, 1).u8(21, 0).u8(22, 0);
-    db.add(clip).push().pop();
-    FltRecordBytes text = patterned(95, 320);
-    text.chars(4, "label1", 8);
-    db.add(text).push().pop();
+    db.add(patterned(98, 280).chars(4, "clip1", 8).u8(18, 1).u8(19, 0).u8(20, 1).u8(21, 0).u8(22, 0)).push().pop();
+    db.add(patterned(95, 320).chars(4, "label1", 8)).push().pop();
     db.externalReference("missing/part.flt");
     db.add(patterned(91, 88)).add(patterned(101, 64)).add(patterned(111, 156));
     db.add(patterned(21, 24)).add(patterned(22, 24));
