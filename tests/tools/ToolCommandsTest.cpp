@@ -238,7 +238,7 @@ TEST_F(ToolTest, convert_drawsAProgressBarOnATerminalOnlyOnceTheConversionHasRun
     };
     for (const auto& k : cases) {
         const std::vector<std::string> args{"convert", input, "-o", dir.file(k.output)};
-        const std::vector<std::pair<std::string, std::string>> env{{"QETZFLT_PROGRESS_DELAY", k.delay}};
+        const Environment env{{"QETZFLT_PROGRESS_DELAY", k.delay}};
         const RunResult r = k.terminal ? runToolOnTerminal(args, env) : runTool(args, "", env);
         EXPECT_EQ(r.status, 0) << k.output;
         EXPECT_TRUE(contains(r.out, "wrote " + dir.file(k.output))) << r.out;
