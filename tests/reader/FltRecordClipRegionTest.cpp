@@ -26,15 +26,11 @@ FltRecordBytes clipBytes(size_t length = 280)
 }
 }  // namespace
 
-TEST(ClipRegionRecord, readsCoefficientsPerPlaneAndEnablesAPlaneOnlyWhenItsByteIsExactlyOne)
+TEST(ClipRegionRecord, enablesAPlaneOnlyWhenItsByteIsExactlyOne)
 {
     // ClipRegion.ancillaryRecordsThenFivePlanes... pins the planes of the first four
-    // coefficients and that a byte of 2 enables nothing.
+    // coefficients and that a byte of 2 enables nothing; the golden log the layout.
     auto clip = decodeRecord<FltRecordClipRegion>(clipBytes());
-    ASSERT_TRUE(clip);
-    EXPECT_STREQ(clip->idASCII, "clip");
-    EXPECT_EQ(clip->clipRegion4[0], 30.0);
-    EXPECT_EQ(clip->clipRegionCoefs[FltRecordClipRegion::A][4], 4.5);
     EXPECT_EQ(clip->getUsedFlags(), 5);
     for (int plane : {-1, 2, 5})  // the sixth byte is no plane
         EXPECT_EQ(clip->isEnabledClipPlane(plane), plane == 2) << plane;

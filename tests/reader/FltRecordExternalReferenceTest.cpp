@@ -11,7 +11,6 @@ TEST(ExternalReferenceRecord, pathFillingAll200BytesIsTerminated)
     FltRecordBytes bytes(63, 216);
     bytes.chars(4, path, 200).u32(204, 0x41414141u);
     auto ref = decodeRecord<FltRecordExternalReference>(bytes);
-    ASSERT_TRUE(ref);
     EXPECT_EQ(std::string(ref->asciiPath), path);
 }
 
@@ -19,7 +18,6 @@ TEST(ExtensionAttributeRecord, keepsTheBytesAfterOffset24AsItsDataAndNoneWhenSho
 {
     // The golden log pins the fields before offset 24.
     auto ext = decodeRecord<FltRecordExtensionAttribute>(FltRecordBytes(100, 30).chars(24, "\x01\x02xyz\xff", 6));
-    ASSERT_TRUE(ext);
     ASSERT_EQ(ext->dataLength, 6u);
     EXPECT_EQ(std::string(ext->data, ext->dataLength), std::string("\x01\x02xyz\xff", 6));
 

@@ -9,16 +9,13 @@
 
 TEST(FaceRecord, offsets64To79AreReadFromRevision1500AndOlderFilesTakeThePrimaryColour)
 {
+    // The golden log pins the fields before offset 64; its face's name index and transparency
+    // are 0, which cannot show them read unsigned.
     FltRecordBytes r(5, 80);
-    r.chars(4, "face0001", 8).i8(19, 1).u16(20, 40000).u16(22, 5).i16(28, 3).i16(30, 4).u16(40, 65535);
-    r.abgr(56, 255, 0, 0x20, 0x80).abgr(60, 0x80, 0x10, 0x20, 0x30);
+    r.u16(20, 40000).u16(40, 65535).abgr(60, 0x80, 0x10, 0x20, 0x30);
     r.i16(64, 11).i16(66, 12).i32(68, 1234).i32(72, -1).i16(76, 13).i16(78, 14);
     auto face = decodeRecord<FltRecordFace>(r, 1500);
-    ASSERT_TRUE(face);
-    EXPECT_EQ((std::vector<int>{face->textureWhite, face->colorNameIndex, face->texturePatternIndex,
-                                face->materialIndex, face->transparency, face->packedColor[0], face->packedColor[2],
-                                face->packedColor[3], face->alternatePackedColor[1]}),
-              (std::vector<int>{1, 40000, 3, 4, 65535, 255, 0x20, 0x80, 0x10}));
+    EXPECT_EQ((std::vector<int>{face->colorNameIndex, face->transparency}), (std::vector<int>{40000, 65535}));
     EXPECT_EQ((std::vector<int>{face->textureMappingIndex, face->reserved5, face->primaryColorIndex,
                                 face->alternateColorIndex, face->reserved6, face->reserved7}),
               (std::vector<int>{11, 12, 1234, -1, 13, 14}));

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <stdexcept>
 #include <sstream>
 #include <string>
 
@@ -29,8 +30,8 @@ inline FltRecord* feed(Flt_15_7_CreationVisitor& visitor, const std::string& dat
 }
 
 // Builds the record the factory makes for these bytes, decoded under the given revision
-// (the way a parse stamps it), and returns it as T (null when the factory made another
-// class).
+// (the way a parse stamps it), and returns it as T; throws (failing the test) when the
+// factory made another class.
 template <class T>
 std::unique_ptr<T> decodeRecord(const FltRecordBytes& bytes, int revision = 1570)
 {
@@ -39,7 +40,10 @@ std::unique_ptr<T> decodeRecord(const FltRecordBytes& bytes, int revision = 1570
     visitor.formatRevision = revision;
     FltRecord* record = feed(visitor, bytes.bytes());
     T* typed = dynamic_cast<T*>(record);
-    if (!typed) delete record;
+    if (!typed) {
+        delete record;
+        throw std::runtime_error("the factory made a record of another class");
+    }
     return std::unique_ptr<T>(typed);
 }
 

@@ -45,10 +45,11 @@ GltfReadBack::GltfReadBack(const std::string& path)
     if (!loaded || model.scenes.empty()) return;
     low = {HUGE_VAL, HUGE_VAL, HUGE_VAL};
     high = {-HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
+    const Matrix identity{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
     std::function<void(int, const Matrix&)> visit = [&](int index, const Matrix& parent) {
         const tinygltf::Node& node = model.nodes[static_cast<size_t>(index)];
         names.insert(node.name);
-        Matrix local{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+        Matrix local = identity;
         if (node.matrix.size() == 16) std::copy(node.matrix.begin(), node.matrix.end(), local.begin());
         const Matrix world = multiply(parent, local);
         if (node.mesh >= 0) {
@@ -71,7 +72,6 @@ GltfReadBack::GltfReadBack(const std::string& path)
         }
         for (int child : node.children) visit(child, world);
     };
-    const Matrix identity{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
     for (int root : model.scenes[static_cast<size_t>(std::max(0, model.defaultScene))].nodes) visit(root, identity);
 }
 

@@ -65,7 +65,7 @@ protected:
     static inline int shapes_ = 0;
 };
 
-TEST_F(PackagingTest, install_isTheVersionedLibraryChainAndThePublicHeaderOnly)
+TEST_F(PackagingTest, install_isTheVersionedLibraryChainExportingThePublicFunctionsOnlyAndThePublicHeaderOnly)
 {
     EXPECT_EQ(fs::read_symlink(libDir() + "/libQetzFlt.so"), "libQetzFlt.so.8");
     EXPECT_EQ(fs::read_symlink(libDir() + "/libQetzFlt.so.8"), "libQetzFlt.so.8.6.3");
@@ -74,10 +74,7 @@ TEST_F(PackagingTest, install_isTheVersionedLibraryChainAndThePublicHeaderOnly)
     for (const auto& entry : fs::recursive_directory_iterator(prefix_ + "/include"))
         if (!entry.is_directory()) headers.push_back(fs::relative(entry.path(), prefix_ + "/include").string());
     EXPECT_EQ(headers, std::vector<std::string>{"QetzFlt/QetzFlt.h"});
-}
 
-TEST_F(PackagingTest, installedLibrary_exportsThePublicFunctionsOnlyUnderSonameLibQetzFltSo8)
-{
     if (!*QETZFLT_NM || !*QETZFLT_READELF) GTEST_SKIP() << "nm or readelf not found (Debian: binutils)";
     const std::string library = libDir() + "/libQetzFlt.so.8.6.3";
     const RunResult names = runProgram(QETZFLT_NM, {"-D", "--defined-only", library});

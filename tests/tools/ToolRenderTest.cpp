@@ -18,7 +18,7 @@ const char* const kRedBox =
 
 // The OpenGL driver that a render loads and unloads keeps allocations that the leak checker
 // of the sanitizer build cannot attribute; our own code's leaks are checked by the other tests.
-RunResult runRender(const std::vector<std::string>& args, std::vector<std::pair<std::string, std::string>> env = {})
+RunResult runRender(const std::vector<std::string>& args, Environment env = {})
 {
     env.push_back({"ASAN_OPTIONS", "detect_leaks=0"});
     return runTool(args, "", env);

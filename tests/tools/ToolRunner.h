@@ -21,47 +21,58 @@ struct RunResult {
     std::string err;
 };
 
-// Runs program with args in directory `cwd` (the current one when empty), with the extra
-// environment variables given (an empty value removes the variable).
+using Environment = std::vector<std::pair<std::string, std::string>>;
+
+// In a forked child: standard output and error to these descriptors, the working directory
+// `cwd` (the current one when empty), the extra environment variables given (an empty value
+// removes the variable), then the program.
+[[noreturn]] inline void execInChild(const std::string& program, const std::vector<std::string>& args,
+                                     const Environment& env, const std::string& cwd, int out, int err)
+{
+    if (out < 0 || err < 0 || (!cwd.empty() && chdir(cwd.c_str()) != 0)) _exit(126);
+    dup2(out, 1);
+    dup2(err, 2);
+    for (const auto& [name, value] : env)
+        if (value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1)) _exit(126);
+    std::vector<char*> argv{const_cast<char*>(program.c_str())};
+    for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
+    argv.push_back(nullptr);
+    execv(program.c_str(), argv.data());
+    _exit(127);
+}
+
+// The exit status of a child, or -1 when it did not exit normally.
+inline int exitStatusOf(pid_t pid)
+{
+    int status = 0;
+    return pid > 0 && waitpid(pid, &status, 0) == pid && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+inline int openForChild(const std::string& path) { return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600); }
+
+// Runs program with args (see execInChild), its standard output and error captured.
 inline RunResult runProgram(const std::string& program, const std::vector<std::string>& args,
-                            const std::vector<std::pair<std::string, std::string>>& env = {},
-                            const std::string& cwd = "")
+                            const Environment& env = {}, const std::string& cwd = "")
 {
     ScratchDir capture;
     const std::string outPath = capture.file("out"), errPath = capture.file("err");
     const pid_t pid = fork();
-    if (pid == 0) {
-        const int out = open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        const int err = open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        if (out < 0 || err < 0 || (!cwd.empty() && chdir(cwd.c_str()) != 0)) _exit(126);
-        dup2(out, 1);
-        dup2(err, 2);
-        for (const auto& [name, value] : env)
-            if (value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1)) _exit(126);
-        std::vector<char*> argv{const_cast<char*>(program.c_str())};
-        for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
-        argv.push_back(nullptr);
-        execv(program.c_str(), argv.data());
-        _exit(127);
-    }
+    if (pid == 0) execInChild(program, args, env, cwd, openForChild(outPath), openForChild(errPath));
     RunResult result;
-    int status = 0;
-    if (pid > 0 && waitpid(pid, &status, 0) == pid && WIFEXITED(status)) result.status = WEXITSTATUS(status);
+    result.status = exitStatusOf(pid);
     result.out = readFile(outPath);
     result.err = readFile(errPath);
     return result;
 }
 
-inline RunResult runTool(const std::vector<std::string>& args, const std::string& cwd = "",
-                         const std::vector<std::pair<std::string, std::string>>& env = {})
+inline RunResult runTool(const std::vector<std::string>& args, const std::string& cwd = "", const Environment& env = {})
 {
     return runProgram(QETZFLT_TOOL_PATH, args, env, cwd);
 }
 
 // Runs the tool with its standard error on a pseudo-terminal, as from a user's shell: err
 // holds what the terminal received (standard output goes to out, not to the terminal).
-inline RunResult runToolOnTerminal(const std::vector<std::string>& args,
-                                   const std::vector<std::pair<std::string, std::string>>& env = {})
+inline RunResult runToolOnTerminal(const std::vector<std::string>& args, const Environment& env = {})
 {
     RunResult result;
     const int master = posix_openpt(O_RDWR | O_NOCTTY);
@@ -77,25 +88,14 @@ inline RunResult runToolOnTerminal(const std::vector<std::string>& args,
     const std::string outPath = capture.file("out");
     const pid_t pid = fork();
     if (pid == 0) {
-        const int out = open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        if (out < 0) _exit(126);
-        dup2(out, 1);
-        dup2(terminal, 2);
         close(master);
-        for (const auto& [name, value] : env)
-            if (value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1)) _exit(126);
-        std::vector<char*> argv{const_cast<char*>(QETZFLT_TOOL_PATH)};
-        for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
-        argv.push_back(nullptr);
-        execv(QETZFLT_TOOL_PATH, argv.data());
-        _exit(127);
+        execInChild(QETZFLT_TOOL_PATH, args, env, "", openForChild(outPath), terminal);
     }
     close(terminal);
     char buffer[4096];
     for (ssize_t n; (n = read(master, buffer, sizeof buffer)) > 0;) result.err.append(buffer, static_cast<size_t>(n));
     close(master);
-    int status = 0;
-    if (pid > 0 && waitpid(pid, &status, 0) == pid && WIFEXITED(status)) result.status = WEXITSTATUS(status);
+    result.status = exitStatusOf(pid);
     result.out = readFile(outPath);
     return result;
 }
@@ -105,12 +105,7 @@ inline bool contains(const std::string& text, const std::string& part) { return 
 // The lines of text that begin with start.
 inline size_t linesStartingWith(const std::string& text, const std::string& start)
 {
-    size_t n = 0;
-    for (size_t at = 0; at < text.size(); at = text.find('\n', at) + 1) {
-        if (text.compare(at, start.size(), start) == 0) ++n;
-        if (text.find('\n', at) == std::string::npos) break;
-    }
-    return n;
+    return occurrences("\n" + text, "\n" + start);
 }
 
 // A decoded PNG picture, three bytes a pixel, top row first.

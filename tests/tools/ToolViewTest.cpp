@@ -36,7 +36,7 @@ RunResult screenshot(const ScratchDir& dir, const std::string& name, std::vector
 #define SKIP_WITHOUT_DISPLAY(run) \
     if (failedForWantOfDisplay(run)) GTEST_SKIP() << "no X server could be started for the viewer: " << (run).err
 
-TEST(ViewTest, screenshotShowsTheDemoDatabase)
+TEST(ViewTest, screenshotShowsTheDemoDatabase_keysCAndTDrawTheClassicConversionWithoutTextures)
 {
     SKIP_WITHOUT_VIEWER();
     ScratchDir dir;
@@ -59,14 +59,8 @@ TEST(ViewTest, screenshotShowsTheDemoDatabase)
         }
     EXPECT_GT(drawn, 0.2 * 320 * 240);
     EXPECT_GT(colours.size(), 1u);
-}
 
-TEST(ViewTest, keysCAndT_drawTheClassicConversionWithoutTextures)
-{
-    SKIP_WITHOUT_VIEWER();
-    ScratchDir dir;
     const RunResult pressed = screenshot(dir, "pressed.png", {"--press", "ct"});
-    SKIP_WITHOUT_DISPLAY(pressed);
     ASSERT_EQ(pressed.status, 0) << pressed.err;
     EXPECT_TRUE(contains(pressed.out, "demo.flt   classic   237 faces   0 messages   textures off")) << pressed.out;
     const RunResult started = screenshot(dir, "started.png", {"--classic", "--no-textures"});

@@ -4,12 +4,10 @@
 
 #include <Inventor/SoDB.h>
 #include <Inventor/SoInput.h>
+#include <Inventor/SoPath.h>
+#include <Inventor/actions/SoSearchAction.h>
 #include <Inventor/VRMLnodes/SoVRMLImageTexture.h>
 #include <Inventor/VRMLnodes/SoVRMLIndexedFaceSet.h>
-#include <Inventor/fields/SoMFNode.h>
-#include <Inventor/fields/SoSFNode.h>
-#include <Inventor/lists/SoFieldList.h>
-#include <Inventor/misc/SoChildList.h>
 #include <Inventor/nodes/SoSeparator.h>
 
 #include <filesystem>
@@ -25,7 +23,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A .wrl file read back with Coin: the nodes of a type, each once.
+// A .wrl file read back with Coin.
 class ReadBack {
 public:
     explicit ReadBack(const std::string& path)
@@ -42,33 +40,19 @@ public:
     ReadBack(const ReadBack&) = delete;
     ReadBack& operator=(const ReadBack&) = delete;
 
-    // Below the root, through groups' children and node fields (a VRML shape's appearance
-    // and geometry are no children a path shows).
+    // Below the root, each once however often it is used (a full path's tail: a VRML shape's
+    // appearance and geometry are hidden children).
     template <class Node>
-    std::vector<Node*> all() const
+    std::set<Node*> all() const
     {
-        std::vector<Node*> nodes;
-        std::set<SoNode*> seen;
-        std::vector<SoNode*> pending;
-        if (root) pending.push_back(root);
-        while (!pending.empty()) {
-            SoNode* node = pending.back();
-            pending.pop_back();
-            if (!node || !seen.insert(node).second) continue;
-            if (node->isOfType(Node::getClassTypeId())) nodes.push_back(static_cast<Node*>(node));
-            SoFieldList fields;
-            node->getFields(fields);
-            for (int i = 0; i < fields.getLength(); ++i) {
-                if (fields[i]->isOfType(SoSFNode::getClassTypeId())) {
-                    pending.push_back(static_cast<SoSFNode*>(fields[i])->getValue());
-                } else if (fields[i]->isOfType(SoMFNode::getClassTypeId())) {
-                    auto* list = static_cast<SoMFNode*>(fields[i]);
-                    for (int k = 0; k < list->getNum(); ++k) pending.push_back((*list)[k]);
-                }
-            }
-            if (SoChildList* children = node->getChildren())
-                for (int k = 0; k < children->getLength(); ++k) pending.push_back((*children)[k]);
-        }
+        SoSearchAction search;
+        search.setType(Node::getClassTypeId());
+        search.setInterest(SoSearchAction::ALL);
+        search.setSearchingAll(TRUE);
+        search.apply(root);
+        std::set<Node*> nodes;
+        for (int i = 0; i < search.getPaths().getLength(); ++i)
+            nodes.insert(static_cast<Node*>(static_cast<SoFullPath*>(search.getPaths()[i])->getTail()));
         return nodes;
     }
     // Every url of every image texture.
