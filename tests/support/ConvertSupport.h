@@ -4,6 +4,7 @@
 #include <Inventor/SoDB.h>
 #include <Inventor/SoInput.h>
 #include <Inventor/SoOutput.h>
+#include <Inventor/SoPath.h>
 #include <Inventor/actions/SoSearchAction.h>
 #include <Inventor/actions/SoWriteAction.h>
 #include <Inventor/nodes/SoGroup.h>
@@ -224,7 +225,8 @@ inline SoNode* findNamed(SoNode* root, const char* name)
     return search.getPath() ? search.getPath()->getTail() : nullptr;
 }
 
-// Every node below root of this type, in traversal order.
+// Every node below root of this type, in traversal order, once per use (a full path's tail:
+// the hidden children of VRML shapes count too).
 template <class T>
 std::vector<T*> findAll(SoNode* root)
 {
@@ -235,7 +237,8 @@ std::vector<T*> findAll(SoNode* root)
     search.apply(root);
     std::vector<T*> found;
     const SoPathList& paths = search.getPaths();
-    for (int i = 0; i < paths.getLength(); ++i) found.push_back(static_cast<T*>(paths[i]->getTail()));
+    for (int i = 0; i < paths.getLength(); ++i)
+        found.push_back(static_cast<T*>(static_cast<SoFullPath*>(paths[i])->getTail()));
     return found;
 }
 

@@ -4,8 +4,6 @@
 
 #include <Inventor/SoDB.h>
 #include <Inventor/SoInput.h>
-#include <Inventor/SoPath.h>
-#include <Inventor/actions/SoSearchAction.h>
 #include <Inventor/VRMLnodes/SoVRMLImageTexture.h>
 #include <Inventor/VRMLnodes/SoVRMLIndexedFaceSet.h>
 #include <Inventor/nodes/SoSeparator.h>
@@ -15,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "ConvertSupport.h"
 #include "TestSupport.h"
 #include "ToolRunner.h"
 #include "tools/FltFixture.h"
@@ -45,15 +44,8 @@ public:
     template <class Node>
     std::set<Node*> all() const
     {
-        SoSearchAction search;
-        search.setType(Node::getClassTypeId());
-        search.setInterest(SoSearchAction::ALL);
-        search.setSearchingAll(TRUE);
-        search.apply(root);
-        std::set<Node*> nodes;
-        for (int i = 0; i < search.getPaths().getLength(); ++i)
-            nodes.insert(static_cast<Node*>(static_cast<SoFullPath*>(search.getPaths()[i])->getTail()));
-        return nodes;
+        const std::vector<Node*> found = findAll<Node>(root);
+        return {found.begin(), found.end()};
     }
     // Every url of every image texture.
     std::vector<std::string> textureUrls() const
