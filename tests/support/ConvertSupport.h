@@ -4,7 +4,6 @@
 #include <Inventor/SoDB.h>
 #include <Inventor/SoInput.h>
 #include <Inventor/SoOutput.h>
-#include <Inventor/SoPath.h>
 #include <Inventor/actions/SoSearchAction.h>
 #include <Inventor/actions/SoWriteAction.h>
 #include <Inventor/nodes/SoGroup.h>
@@ -225,8 +224,7 @@ inline SoNode* findNamed(SoNode* root, const char* name)
     return search.getPath() ? search.getPath()->getTail() : nullptr;
 }
 
-// Every node below root of this type, in traversal order, once per use (a full path's tail:
-// the hidden children of VRML shapes count too).
+// Every node below root of this type, in traversal order.
 template <class T>
 std::vector<T*> findAll(SoNode* root)
 {
@@ -237,8 +235,7 @@ std::vector<T*> findAll(SoNode* root)
     search.apply(root);
     std::vector<T*> found;
     const SoPathList& paths = search.getPaths();
-    for (int i = 0; i < paths.getLength(); ++i)
-        found.push_back(static_cast<T*>(static_cast<SoFullPath*>(paths[i])->getTail()));
+    for (int i = 0; i < paths.getLength(); ++i) found.push_back(static_cast<T*>(paths[i]->getTail()));
     return found;
 }
 

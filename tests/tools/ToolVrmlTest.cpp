@@ -6,6 +6,10 @@
 #include <Inventor/SoInput.h>
 #include <Inventor/VRMLnodes/SoVRMLImageTexture.h>
 #include <Inventor/VRMLnodes/SoVRMLIndexedFaceSet.h>
+#include <Inventor/fields/SoMFNode.h>
+#include <Inventor/fields/SoSFNode.h>
+#include <Inventor/lists/SoFieldList.h>
+#include <Inventor/misc/SoChildList.h>
 #include <Inventor/nodes/SoSeparator.h>
 
 #include <filesystem>
@@ -13,7 +17,6 @@
 #include <string>
 #include <vector>
 
-#include "ConvertSupport.h"
 #include "TestSupport.h"
 #include "ToolRunner.h"
 #include "tools/FltFixture.h"
@@ -22,7 +25,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A .wrl file read back with Coin.
+// A .wrl file read back with Coin: the nodes of a type, each once.
 class ReadBack {
 public:
     explicit ReadBack(const std::string& path)
@@ -39,13 +42,34 @@ public:
     ReadBack(const ReadBack&) = delete;
     ReadBack& operator=(const ReadBack&) = delete;
 
-    // Below the root, each once however often it is used (a full path's tail: a VRML shape's
-    // appearance and geometry are hidden children).
+    // Below the root, through groups' children and node fields (a VRML shape's appearance
+    // and geometry are no children a path shows).
     template <class Node>
-    std::set<Node*> all() const
+    std::vector<Node*> all() const
     {
-        const std::vector<Node*> found = findAll<Node>(root);
-        return {found.begin(), found.end()};
+        std::vector<Node*> nodes;
+        std::set<SoNode*> seen;
+        std::vector<SoNode*> pending;
+        if (root) pending.push_back(root);
+        while (!pending.empty()) {
+            SoNode* node = pending.back();
+            pending.pop_back();
+            if (!node || !seen.insert(node).second) continue;
+            if (node->isOfType(Node::getClassTypeId())) nodes.push_back(static_cast<Node*>(node));
+            SoFieldList fields;
+            node->getFields(fields);
+            for (int i = 0; i < fields.getLength(); ++i) {
+                if (fields[i]->isOfType(SoSFNode::getClassTypeId())) {
+                    pending.push_back(static_cast<SoSFNode*>(fields[i])->getValue());
+                } else if (fields[i]->isOfType(SoMFNode::getClassTypeId())) {
+                    auto* list = static_cast<SoMFNode*>(fields[i]);
+                    for (int k = 0; k < list->getNum(); ++k) pending.push_back((*list)[k]);
+                }
+            }
+            if (SoChildList* children = node->getChildren())
+                for (int k = 0; k < children->getLength(); ++k) pending.push_back((*children)[k]);
+        }
+        return nodes;
     }
     // Every url of every image texture.
     std::vector<std::string> textureUrls() const
